@@ -1,0 +1,19 @@
+# The flags with which everything of this project is compiled; nothing directory-wide, and nothing
+# that reaches a user of the library.
+add_library(quarvchart_build_options INTERFACE)
+target_compile_options(quarvchart_build_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow
+    $<$<BOOL:${QUARVCHART_WARNINGS_AS_ERRORS}>:-Werror>)
+# Qt's deprecation warnings up to the version that is required.
+target_compile_definitions(quarvchart_build_options INTERFACE
+    QT_DEPRECATED_WARNINGS_SINCE=0x050f00)
+
+if(QUARVCHART_SANITIZE)
+    target_compile_options(quarvchart_build_options INTERFACE
+        -fsanitize=${QUARVCHART_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(quarvchart_build_options INTERFACE -fsanitize=${QUARVCHART_SANITIZE})
+    if(QUARVCHART_SANITIZE MATCHES "undefined")
+        target_compile_options(quarvchart_build_options INTERFACE
+            -fno-sanitize-recover=undefined)
+    endif()
+endif()

@@ -1,0 +1,350 @@
+#pragma once
+
+#include "quarvchart_export.h"
+#include "series/chartvalue.h"
+#include "settings/chartsettings.h"
+
+#include <QAbstractTableModel>
+#include <QItemSelection>
+#include <QItemSelectionModel>
+#include <QList>
+#include <QMap>
+#include <QMutex>
+#include <QPair>
+#include <QQueue>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+class AbstractChartSeries;
+class ChartWidget;
+class HorizontalChartAxis;
+class QAction;
+class QActionGroup;
+class QMenu;
+class QPoint;
+class QRectF;
+class QUndoStack;
+class ScaleCommand;
+
+/**
+ * The centre of a chart: owns the series, the X axis, the panes, the settings, the undo stack and
+ * the actions, and is the legend's table with one row per series.
+ *
+ * Abstract: a concrete model supplies adjustAxisX(). A change of series runs in two halves: the
+ * first decides and pushes an undo command, the second ("complete", "restore") is called by the
+ * command and changes the list. Every change of samples or series ends in adjustAxes(), Y first.
+ *
+ * Threads: sample entry (addValue() to removeOldValues()), update() and updateCharts() may be called
+ * from any thread; off the GUI thread the axes move at once and what belongs to the GUI is posted.
+ * Everything else belongs to the GUI thread. The application stops its feeders before the model
+ * dies. Locks are taken in the order m_pointsMutex and m_valuesMutex of a series, then the lock on
+ * the axes below; nothing waits under the last.
+ */
+class QUARVCHART_EXPORT AbstractChartModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// Columns of the legend.
+    enum Column { LineColumn = 0, NameColumn = 1 };
+
+    /// How series are spread over panes; m_chartMode holds it.
+    enum ChartMode { SingleMode = 0, MultiMode = 1 };
+
+    /// The two names select the store of the settings. Leaves one pane.
+    AbstractChartModel(const QString &organization, const QString &application,
+                       QObject *parent = nullptr);
+
+    /// Stops all workers and deletes the series; the panes stay and forget the model.
+    ~AbstractChartModel() override;
+
+    // Frame and legend table ---------------------------------------------------------------------
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override; ///< Ignores the parent.
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+    /// Takes an int for the check box of the name and nothing else. Emits no dataChanged().
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+
+    /// Returns a ChartMimeData with the series of the indexes of the name column; the caller owns
+    /// it.
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    AbstractChartSeries *selectedSeries() const; ///< First selected one in row order, or null.
+    int selectedRow() const;                     ///< Its row; -1 if there is none.
+
+    /// The first series that has a first sample, valid or not; null if there is none.
+    AbstractChartSeries *firstValidSeries() const;
+
+    ChartWidget *mainChart() const; ///< The first pane, or null.
+
+    /// Steps the palette counter and returns its colour; light gray where the palette has none (10).
+    const QColor &newSeriesColor();
+
+    /// Makes a pane at \p position (appended if that is no place in the list) and connects it.
+    ChartWidget *appendChart(int position);
+
+    /// Chooses the scale of X; takes effect with the next recalculation of the grid.
+    void setUseDateTimeScaleX(bool on);
+
+    /// Tells the legend and redraws the charts. Any thread.
+    void update();
+
+    /// Recomputes and repaints what is shown. Asked for during a calculation, it runs once more at
+    /// its end. Any thread.
+    void updateCharts();
+
+    /// Repaints the panes from the points they have.
+    void repaintCharts();
+
+    // Series and samples -------------------------------------------------------------------------
+
+    virtual void addSeries(AbstractChartSeries *series);
+
+    /**
+     * Takes over the series of the list and adds them.
+     *
+     * Editable models hold ten: at most the first ten of the list are added, as one undo step, and
+     * the oldest leave for them. Others add all. Nulls are dropped. Adding a series twice is not
+     * detected.
+     */
+    virtual void addSeries(const QList<AbstractChartSeries *> &series);
+    virtual void completeAddSeries(AbstractChartSeries *series);
+
+    /// Puts removed series back at their rows, then selects \p selectedRow and sets the palette
+    /// counter unless they are negative. A row beyond the end appends.
+    virtual void restoreSeries(const QMap<int, AbstractChartSeries *> &series, int selectedRow,
+                               int colorIndex);
+
+    /// Takes \p series out as an undo step, or deletes it if the model is not editable.
+    virtual void removeSeries(AbstractChartSeries *series);
+
+    /// Second half of a removal: the caller keeps the series.
+    virtual void completeRemoveSeries(AbstractChartSeries *series);
+    virtual void removeAllSeries();
+    virtual void completeRemoveAllSeries();
+
+    /// Appends one sample and takes it over; null only adjusts the axes. A null series does nothing
+    /// and leaves the sample to the caller. Any thread.
+    virtual void addValue(AbstractChartSeries *series, ChartValue *value);
+
+    /// Appends samples in list order and takes them over. Any thread.
+    virtual void addValues(AbstractChartSeries *series, const QList<ChartValue *> &values);
+
+    /// Deletes all samples of a series; the drawn line stays until the next update. Any thread.
+    virtual void clearValues(AbstractChartSeries *series);
+
+    /// Deletes all samples of all series, one series after the other. Any thread.
+    virtual void clearValues();
+
+    /// Merges an ascending queue by X and empties it; \p keepAxes leaves the axes alone. Any thread.
+    virtual void insertValues(AbstractChartSeries *series, QQueue<ChartValue *> &values,
+                              bool keepAxes);
+
+    /// Ages samples out; returns whether the picture changed. Adjusts no axis. Any thread.
+    virtual bool removeOldValues(AbstractChartSeries *series);
+
+    /// Brings the axes up to date with the data; \p updateUndoHistory lets the commands next to the
+    /// stack's index follow. A null series stands for all. Any thread.
+    void adjustAxes(AbstractChartSeries *series, bool updateUndoHistory);
+
+    // Axes, actions and settings: what a derived model may replace, continued ----------------------
+
+    /// Gives a series that joins a zoomed chart the relative view of the first valid series.
+    virtual void adjustZoom(AbstractChartSeries *series);
+    virtual void configureActions();
+
+    /// Pushes a changed settings record into axes and series, and redraws.
+    virtual void applyChartSettings();
+
+    /// Enables the actions that make sense at present.
+    virtual void updateActions();
+
+    /// Brings the Y axis of \p series up to date, or all of them if \p series is null or the scale
+    /// is common. Zoomed axes stay. Any thread.
+    virtual void adjustAxisY(AbstractChartSeries *series);
+    virtual void adjustAxisY();
+
+    /// Brings the X axis up to date. Runs with the lock on the axes held; any thread.
+    virtual void adjustAxisX() = 0;
+    virtual void addActionsToContextMenu(QMenu &menu);
+
+    /// Returns all axes to automatic ranges, without an undo step.
+    virtual void undoZoom();
+
+    // Axes ---------------------------------------------------------------------------------------
+
+    /// The Y range common to all series, lower first unless all samples share one negative value;
+    /// a series without samples counts as one at 0.
+    QPair<double, double> minMaxY() const;
+
+    /// The Y range that \p series should have, by the settings; its values may be in reverse order.
+    QPair<double, double> scale(const AbstractChartSeries *series) const;
+
+    /// Hands the auto scale flags to the axes; recalculates nothing.
+    void setAutoScale(bool x, bool y);
+
+    /// Zooms every series that has a pane so that \p to, chosen in the plot \p from, fills it; both
+    /// in pixels of one pane. \p pending parks the zoom until the calculation ends.
+    void changeZoom(const QRectF &from, const QRectF &to, bool pending);
+
+    /// Makes the panes match the chart mode.
+    void synchronizeChart();
+
+    // Zoom and actions ---------------------------------------------------------------------------
+
+    bool canZoom() const;                ///< There are series.
+    bool updatePointsInProgress() const; ///< A calculation runs.
+    bool canZoomIn() const;
+    bool canZoomOut() const; ///< Asks the combined test of the series, not the two below.
+    bool canZoomInX() const;
+    bool canZoomOutX() const;
+    bool canZoomInY() const;
+    bool canZoomOutY() const;
+    bool hasEmptyCharts() const; ///< Only in multi mode, and only if there are several panes.
+
+    QList<AbstractChartSeries *> m_series; ///< Owned. Written under the axes lock.
+    QList<ChartWidget *> m_charts;         ///< Top to bottom. A pane that dies leaves it.
+    QMap<int, QString> m_headers;          ///< Column titles.
+    HorizontalChartAxis *m_axisX;          ///< Shared by all series. Guarded by the axes lock.
+
+    QAction *m_removeSeriesAction = nullptr;
+    QAction *m_removeAllSeriesAction = nullptr;
+    QAction *m_clearPointsAction = nullptr;
+    QAction *m_adjustColumnsAction = nullptr;
+    QActionGroup *m_chartModeGroup = nullptr;
+    QActionGroup *m_mouseModeGroup = nullptr;
+    QAction *m_singleModeAction = nullptr;
+    QAction *m_multiModeAction = nullptr;
+    QAction *m_addChartAction = nullptr;
+    QAction *m_removeChartAction = nullptr;
+    QAction *m_selectModeAction = nullptr;
+    QAction *m_moveModeAction = nullptr;
+    QAction *m_zoomInAction = nullptr;
+    QAction *m_zoomOutAction = nullptr;
+    QAction *m_zoomInXAction = nullptr;
+    QAction *m_zoomOutXAction = nullptr;
+    QAction *m_zoomInYAction = nullptr;
+    QAction *m_zoomOutYAction = nullptr;
+    QAction *m_undoZoomAction = nullptr;
+    QAction *m_scrollDownAction = nullptr;
+    QAction *m_scrollToBeginAction = nullptr;
+    QAction *m_scrollBackAction = nullptr;
+    QAction *m_pauseAction = nullptr;
+    QAction *m_scrollForwardAction = nullptr;
+    QAction *m_scrollToEndAction = nullptr;
+    QAction *m_scrollUpAction = nullptr;
+    QAction *m_adjustSizeAction = nullptr;
+    QAction *m_undoAction = nullptr;
+    QAction *m_redoAction = nullptr;
+
+    ChartSettings m_settings;  ///< Call applyChartSettings() after a change.
+    QUndoStack *m_undoStack;   ///< Child; holds ScaleCommand and its derived classes only.
+    QList<ScaleCommand *> m_pendingCommands; ///< Wait for the end of a calculation; owned.
+    int m_colorIndex = 0;                    ///< Palette counter.
+    bool m_autoScaleY = false;               ///< Handed to the Y axis of each new series.
+    bool m_seriesEditable = true; ///< Series changes are undo steps; else they are final at once.
+    int m_chartMode = SingleMode;
+    int m_mouseMode = 0;           ///< A ChartWidget::MouseMode.
+    QList<QAction *> m_actions;    ///< Toolbar and pane menu, with separators.
+    bool m_scrollLocked = false;   ///< Keeps a live window from following the data.
+    QList<ScaleCommand *> m_moveCommands; ///< The drag under way; owned.
+    bool m_settingsApplied = false;       ///< applyChartSettings() has run once.
+    bool m_chartsUpdatePending = false;   ///< Redraw once more when the calculation ends.
+    QList<AbstractChartSeries *> m_updatingSeries; ///< Started and not yet reported.
+
+signals:
+    /// Asks the legend to select a row.
+    void select(const QModelIndex &index, QItemSelectionModel::SelectionFlags command);
+    void chartCountChanged();  ///< Panes were added or removed.
+    void seriesCountChanged(); ///< At the end of every change of series.
+    void savePosition();       ///< The panes are about to be laid out anew.
+    void adjustSize();
+    void resizeColumnsToContents();
+
+protected slots:
+    void slotSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
+    void slotContextMenuRequested(const QPoint &pos);
+
+public slots:
+    virtual void slotRemoveSeries();    ///< Removes the selected series.
+    virtual void slotRemoveAllSeries(); ///< Asks first.
+    virtual void slotClearPoints();     ///< Asks first.
+
+protected slots:
+    void slotSeriesParentChanged();
+    void slotSingleMode();
+    void slotMultiMode();
+    void slotAddChart();
+    void slotRemoveChart();
+
+public slots:
+    void slotZoomChanged(const QRectF &chartRect, const QRectF &zoomRect, int zoomType);
+
+protected slots:
+    virtual void slotZoomIn();
+    virtual void slotZoomOut();
+    virtual void slotZoomInX();
+    virtual void slotZoomOutX();
+    virtual void slotZoomInY();
+    virtual void slotZoomOutY();
+    virtual void slotUndoZoom();
+    virtual void slotScrollToBegin();
+    virtual void slotScrollToEnd();
+    virtual void slotScrollBack();
+    virtual void slotScrollForward();
+    virtual void slotScrollUp();
+    virtual void slotScrollDown();
+    virtual void slotPause(bool paused);
+    void slotSelectMode();
+    void slotMoveMode();
+    void slotCursorStateChanged(double pos, bool visible);
+
+public slots:
+    void slotBeginMove();
+    void slotEndMove();
+
+    /// Takes the sender off the running calculation; with the last one the calculation ends.
+    void slotUpdatePointsCompleted();
+
+protected:
+    void setScrollLocked(bool on);
+
+    /// Stores a range in ascending order and recalculates the grid; nothing if the axis has it.
+    static void assignRange(class ChartAxis &axis, double a, double b);
+
+private:
+    friend class AxesLocker;
+    friend class ChartWidget;
+
+    bool isCell(const QModelIndex &index) const;
+    void createActions();
+    void styleNewSeries(AbstractChartSeries *series);
+    void selectRow(int row);
+    void insertSeriesRow(int row, AbstractChartSeries *series);
+    void pushSeriesCommand(ScaleCommand *command);
+    void finishSeriesChange();
+    void schedulePassEnd();
+    void followHistory();
+    void rewriteHistoryNeighbours();
+    void gatherInOneChart();
+    void spreadOverCharts();
+    void removeEmptyCharts();
+    void forgetChart(ChartWidget *chart);
+    bool allSeries(bool (AbstractChartSeries::*test)()) const;
+
+    /// Guards every axis (range, flags, grid, m_size, the series' m_extraPrecision), the list
+    /// m_series, and with a series' m_valuesMutex the ends and extremes of its store. Last in the
+    /// order; nothing that waits runs under it.
+    mutable QRecursiveMutex m_axesMutex;
+    std::unique_ptr<HorizontalChartAxis> m_ownedAxisX;
+    std::atomic<bool> m_historyPosted{false}; ///< A rewriting of the history is on its way.
+    std::atomic<bool> m_updatePosted{false};
+    std::atomic<bool> m_chartsUpdatePosted{false};
+};

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "quarvchart_export.h"
+
+#include <QLineF>
+#include <QList>
+#include <QPoint>
+#include <QRectF>
+#include <QString>
+#include <QWidget>
+
+class AbstractChartModel;
+class AbstractChartSeries;
+class ChartCursor;
+class CursorValue;
+class HorizontalChartAxis;
+class QPainter;
+class QPalette;
+class QRubberBand;
+class QTransform;
+class VerticalChartAxis;
+
+/**
+ * One pane: frame, grid, labels, the curves of its series and the cursor.
+ *
+ * Panes are made by AbstractChartModel::appendChart() and stand in the model's list from top to
+ * bottom. A pane keeps no list of series: each series names its pane. All geometry is in pane
+ * pixels; the plot, to which the ranges of the axes map, lies 1% inside the frame.
+ *
+ * May be placed in any layout; a pane that dies leaves its model's list. GUI thread only.
+ */
+class QUARVCHART_EXPORT ChartWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// What the left mouse button does; AbstractChartModel::m_mouseMode holds it.
+    enum MouseMode { SelectMode = 0, MoveMode = 1 };
+
+    /// Whether a zoom leaves an undo step; any value but 0 does.
+    enum ZoomType { ZoomTransient = 0, ZoomUndoable = 1 };
+
+    /// \p model is not owned and may be null: such a pane is a filled frame.
+    explicit ChartWidget(AbstractChartModel *model, QWidget *parent = nullptr,
+                         Qt::WindowFlags flags = Qt::WindowFlags());
+    ~ChartWidget() override;
+
+    HorizontalChartAxis *axisX() const; ///< The model's; null without a model.
+    VerticalChartAxis *axisY() const;   ///< That of selectedSeries(); null if there is none.
+
+    bool isUpper() const; ///< First of the model's panes.
+    bool isLower() const; ///< Last of the model's panes.
+
+    int topSpace() const;    ///< Pixels above the frame.
+    int bottomSpace() const; ///< Pixels below it.
+    int rightSpace() const;  ///< Pixels right of it.
+    int axisYSize() const;   ///< Widest Y axis of all series of the model; one margin for all panes.
+
+    /// The frame within \p rect, or within the pane if \p rect is empty. Its size may be zero or
+    /// negative in a very small pane.
+    QRectF fullChartRect(QRectF const &rect) const;
+
+    /// The plot: 1% inside the frame \p rect, or inside the pane's own if \p rect is empty.
+    QRectF chartRect(QRectF const &rect) const;
+
+    /// The series of this pane in row order.
+    QList<AbstractChartSeries *> seriesList() const;
+    bool isEmpty() const;
+
+    /// The selected series of this pane, or else its first; null if it has none.
+    AbstractChartSeries *selectedSeries() const;
+
+    /**
+     * Draws the pane into \p rect of the painter's device, or as on the screen if \p rect is null.
+     *
+     * Background and grid colour are the roles Window and AlternateBase of \p palette. Waits for
+     * running calculations of the pane's series. The painter is restored.
+     */
+    void paint(QPainter &painter, QPalette const &palette, QRectF const &rect);
+
+    /// Shows the cursor at \p pos, in pane pixels, or hides it; repaints only if that shows.
+    void changeCursorState(double pos, bool visible);
+
+    /// Sets the mouse cursor of the present mode.
+    void restoreCursor();
+
+    ChartCursor *m_cursor;      ///< Owned.
+    QRubberBand *m_rubberBand;  ///< Child; visible while the left button drags.
+    QPoint m_lastPoint;         ///< Last press, or last step of a drag.
+    QString m_commandText;      ///< Name of the last zoom made here, for its undo entry.
+    AbstractChartModel *m_model; ///< Not owned; null once the model has died.
+
+signals:
+    /// A drop has moved a series here.
+    void seriesParentChanged();
+    /// \p zoomRect, in pane pixels, is to fill the plot \p chartRect; \p zoomType is a ZoomType.
+    void zoomChanged(QRectF const &chartRect, QRectF const &zoomRect, int zoomType);
+    void cursorStateChanged(double pos, bool visible);
+    void beginMove();
+    void endMove();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QPalette chartPalette() const;
+    QTransform deviceTransform(const QRectF &target, const QRectF &chart) const;
+    void paintContents(QPainter &painter, const QPalette &palette, const QRectF &target);
+    bool paintAxes(QPainter &painter, const QPalette &palette, const QRectF &full,
+                   const QTransform &transform, AbstractChartSeries *selected);
+    QLineF cursorLine(const QRectF &chart) const;
+    void paintCursor(QPainter &painter, const QPalette &palette, const QRectF &full,
+                     const QLineF &line, AbstractChartSeries *selected,
+                     QList<CursorValue> &values);
+};
