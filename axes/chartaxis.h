@@ -2,13 +2,15 @@
 
 #include "quarvchart_export.h"
 
+#include <QRectF>
+#include <QString>
 #include <QVector>
 
 class AbstractChartSeries;
 class QPainter;
 class QPalette;
-class QRectF;
-class QString;
+class QPen;
+class QPointF;
 class QTransform;
 
 /**
@@ -18,8 +20,8 @@ class QTransform;
  * changes the range calls recalculateGridValues() afterwards: until then m_step and m_gridValues
  * describe the former range. Invariant: m_min <= m_max.
  *
- * Guarded by the model's lock on the axes, which every caller here is expected to hold once the axis
- * belongs to a model; the class takes no lock itself. Painting belongs to the GUI thread.
+ * Guarded by the model's lock on the axes, which every caller here is expected to hold once the
+ * axis belongs to a model; the class takes no lock itself. Painting belongs to the GUI thread.
  */
 class QUARVCHART_EXPORT ChartAxis
 {
@@ -59,16 +61,37 @@ public:
      */
     double gridStep() const;
 
-    double m_min = 0.0;      ///< Lower bound in data units; seconds since the epoch on date-time.
-    double m_max = 0.0;      ///< Upper bound.
-    double m_step = 0.0;     ///< Grid step; 0 means no grid.
-    int m_size = 0;          ///< Pixels needed: height under the plot (X), width left of it (Y).
-    bool m_zoomed = false;   ///< Set by a zoom or scroll, not by the data.
+    double m_min = 0.0;       ///< Lower bound in data units; seconds since the epoch on date-time.
+    double m_max = 0.0;       ///< Upper bound.
+    double m_step = 0.0;      ///< Grid step; 0 means no grid.
+    int m_size = 0;           ///< Pixels needed: height under the plot (X), width left of it (Y).
+    bool m_zoomed = false;    ///< Set by a zoom or scroll, not by the data.
     bool m_autoScale = false; ///< Follows the data.
-    bool m_dateTime = false; ///< Date-time scale; X axis only.
+    bool m_dateTime = false;  ///< Date-time scale; X axis only.
     QVector<double> m_gridValues; ///< Ascending.
 
 protected:
+    /// A tick label with its box, in device coordinates once it has been placed.
+    struct Label
+    {
+        QString text;
+        QRectF box;
+    };
+
+    /// The multiple of m_step next to m_min; \p rounding says on which side, by std::ceil or
+    /// std::floor. m_step must not be 0.
+    double firstGridValue(double (*rounding)(double)) const;
+
     /// Appends \p first, \p first + m_step, ... up to m_max, and returns the first value above it.
     double appendGridValues(double first);
+
+    /// The text of \p value on the axis, in a box of the right size at no particular place.
+    Label measuredLabel(double value, const QPainter &painter) const;
+
+    /// The device position of a grid line; each axis uses one of its coordinates.
+    static QPointF devicePosition(const AbstractChartSeries &series, double value,
+                                  const QTransform &transform);
+
+    /// A dotted line of one device pixel at every scale.
+    static QPen gridPen(const QPalette &palette);
 };

@@ -30,6 +30,7 @@ public:
     void recalculateGridValues() override;
 
 private:
-    void paintTitle(const AbstractChartSeries &series, QPainter &painter, const QRectF &rect,
-                    const class QColor &color, const QRectF &lastLabel, bool showLabels) const;
+    Label placedLabel(double value, double x, const QPainter &painter, const QRectF &frame) const;
+    void paintTitle(const AbstractChartSeries &series, QPainter &painter, const QRectF &frame,
+                    const QRectF &lastLabel, bool showLabels) const;
 };

@@ -28,4 +28,7 @@ public:
     bool needIncreasePrecision() const;
 
     AbstractChartSeries *m_series;
+
+private:
+    Label placedLabel(double value, double y, const QPainter &painter, const QRectF &frame) const;
 };

@@ -16,8 +16,10 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 class AbstractChartSeries;
+class ChartAxis;
 class ChartWidget;
 class HorizontalChartAxis;
 class QAction;
@@ -36,11 +38,11 @@ class ScaleCommand;
  * first decides and pushes an undo command, the second ("complete", "restore") is called by the
  * command and changes the list. Every change of samples or series ends in adjustAxes(), Y first.
  *
- * Threads: sample entry (addValue() to removeOldValues()), update() and updateCharts() may be called
- * from any thread; off the GUI thread the axes move at once and what belongs to the GUI is posted.
- * Everything else belongs to the GUI thread. The application stops its feeders before the model
- * dies. Locks are taken in the order m_pointsMutex and m_valuesMutex of a series, then the lock on
- * the axes below; nothing waits under the last.
+ * Threads: sample entry (addValue() to removeOldValues()), update() and updateCharts() may be
+ * called from any thread; off the GUI thread the axes move at once and what belongs to the GUI is
+ * posted. Everything else belongs to the GUI thread. The application stops its feeders before the
+ * model dies. Locks are taken in the order m_pointsMutex and m_valuesMutex of a series, then the
+ * lock on the axes below; nothing waits under the last.
  */
 class QUARVCHART_EXPORT AbstractChartModel : public QAbstractTableModel
 {
@@ -84,7 +86,8 @@ public:
 
     ChartWidget *mainChart() const; ///< The first pane, or null.
 
-    /// Steps the palette counter and returns its colour; light gray where the palette has none (10).
+    /// Steps the palette counter and returns its colour; light gray where the palette has none
+    /// (10).
     const QColor &newSeriesColor();
 
     /// Makes a pane at \p position (appended if that is no place in the list) and connects it.
@@ -143,7 +146,8 @@ public:
     /// Deletes all samples of all series, one series after the other. Any thread.
     virtual void clearValues();
 
-    /// Merges an ascending queue by X and empties it; \p keepAxes leaves the axes alone. Any thread.
+    /// Merges an ascending queue by X and empties it; \p keepAxes leaves the axes alone. Any
+    /// thread.
     virtual void insertValues(AbstractChartSeries *series, QQueue<ChartValue *> &values,
                               bool keepAxes);
 
@@ -154,7 +158,8 @@ public:
     /// stack's index follow. A null series stands for all. Any thread.
     void adjustAxes(AbstractChartSeries *series, bool updateUndoHistory);
 
-    // Axes, actions and settings: what a derived model may replace, continued ----------------------
+    // Axes, actions and settings: what a derived model may replace, continued
+    // ----------------------
 
     /// Gives a series that joins a zoomed chart the relative view of the first valid series.
     virtual void adjustZoom(AbstractChartSeries *series);
@@ -196,6 +201,10 @@ public:
 
     /// Makes the panes match the chart mode.
     void synchronizeChart();
+
+    /// Stores a range in ascending order and recalculates the grid; nothing if the axis has it.
+    /// A NaN is never the same. The lock on the axes must be held.
+    static void assignRange(ChartAxis &axis, double a, double b);
 
     // Zoom and actions ---------------------------------------------------------------------------
 
@@ -244,19 +253,19 @@ public:
     QAction *m_undoAction = nullptr;
     QAction *m_redoAction = nullptr;
 
-    ChartSettings m_settings;  ///< Call applyChartSettings() after a change.
-    QUndoStack *m_undoStack;   ///< Child; holds ScaleCommand and its derived classes only.
+    ChartSettings m_settings; ///< Call applyChartSettings() after a change.
+    QUndoStack *m_undoStack;  ///< Child; holds ScaleCommand and its derived classes only.
     QList<ScaleCommand *> m_pendingCommands; ///< Wait for the end of a calculation; owned.
     int m_colorIndex = 0;                    ///< Palette counter.
     bool m_autoScaleY = false;               ///< Handed to the Y axis of each new series.
     bool m_seriesEditable = true; ///< Series changes are undo steps; else they are final at once.
     int m_chartMode = SingleMode;
-    int m_mouseMode = 0;           ///< A ChartWidget::MouseMode.
-    QList<QAction *> m_actions;    ///< Toolbar and pane menu, with separators.
-    bool m_scrollLocked = false;   ///< Keeps a live window from following the data.
-    QList<ScaleCommand *> m_moveCommands; ///< The drag under way; owned.
-    bool m_settingsApplied = false;       ///< applyChartSettings() has run once.
-    bool m_chartsUpdatePending = false;   ///< Redraw once more when the calculation ends.
+    int m_mouseMode = 0;                           ///< A ChartWidget::MouseMode.
+    QList<QAction *> m_actions;                    ///< Toolbar and pane menu, with separators.
+    bool m_scrollLocked = false;                   ///< Keeps a live window from following the data.
+    QList<ScaleCommand *> m_moveCommands;          ///< The drag under way; owned.
+    bool m_settingsApplied = false;                ///< applyChartSettings() has run once.
+    bool m_chartsUpdatePending = false;            ///< Redraw once more when the calculation ends.
     QList<AbstractChartSeries *> m_updatingSeries; ///< Started and not yet reported.
 
 signals:
@@ -316,21 +325,34 @@ public slots:
 protected:
     void setScrollLocked(bool on);
 
-    /// Stores a range in ascending order and recalculates the grid; nothing if the axis has it.
-    static void assignRange(class ChartAxis &axis, double a, double b);
+    /// X of the first and of the last sample that have a finite one; nothing if there is none. The
+    /// lock on the axes must be held.
+    static std::optional<QPair<double, double>> finiteEndsX(const AbstractChartSeries &series);
 
 private:
     friend class AxesLocker;
     friend class ChartWidget;
 
     bool isCell(const QModelIndex &index) const;
+    bool isOwnThread() const;
+    QList<AbstractChartSeries *> seriesSnapshot() const;
     void createActions();
+    void createSeriesActions();
+    void createModeActions();
+    void createZoomActions();
+    void createScrollActions();
+    void createUndoActions();
+    QAction *newAction(const QString &text, const char *image, const char *method,
+                       QActionGroup *group = nullptr);
+    void pushNamedAfterAction(ScaleCommand *command);
+    bool confirm(const QString &question);
+    static QString commandText(const QString &trigger);
     void styleNewSeries(AbstractChartSeries *series);
     void selectRow(int row);
     void insertSeriesRow(int row, AbstractChartSeries *series);
-    void pushSeriesCommand(ScaleCommand *command);
-    void finishSeriesChange();
+    void synchronizeAfterRemoval();
     void schedulePassEnd();
+    void finishPass();
     void followHistory();
     void rewriteHistoryNeighbours();
     void gatherInOneChart();

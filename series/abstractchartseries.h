@@ -7,8 +7,8 @@
 
 #include <QColor>
 #include <QImage>
-#include <QLinkedList>
 #include <QLineF>
+#include <QLinkedList>
 #include <QList>
 #include <QMutex>
 #include <QObject>
@@ -21,28 +21,40 @@
 
 class AbstractChartModel;
 class ChartCursor;
+class ChartPoint;
 class ChartWidget;
 class CursorValue;
 class HorizontalChartAxis;
 class PointThread;
+class QFontMetrics;
 class QPainter;
 class VerticalChartAxis;
 
+// Qt would rather see std::list from 5.15 on; the type is part of this library's interface.
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+/// The store of a series: a doubly linked list, so that a merge inserts and the age-out unlinks
+/// without moving anything.
+using ChartValueList = QLinkedList<ChartValue *>;
+QT_WARNING_POP
+
 /**
- * One plotted series: its samples, its look, its own Y axis and the worker that computes its points.
+ * One plotted series: its samples, its look, its own Y axis and the worker that computes its
+ * points.
  *
- * An application derives from it and supplies the six pure virtual operations. It creates the series
- * on the GUI thread and gives it up with AbstractChartModel::addSeries(): from then on the model (or
- * the undo command that took the series out) deletes it. Samples enter through the model, from any
- * thread.
+ * An application derives from it and supplies the six pure virtual operations. It creates the
+ * series on the GUI thread and gives it up with AbstractChartModel::addSeries(): from then on the
+ * model (or the undo command that took the series out) deletes it. Samples enter through the model,
+ * from any thread.
  *
  * Invariant: m_minValue and m_maxValue are null or point into m_values, and are null while it is
  * empty. The order of m_values is the order of entry; only insertValues() sorts.
  *
- * Threads: minimumY(), maximumY(), precision(), format(), isValid(), stringValue() and scaleString()
- * may run on any thread with the series' locks held. They must be pure, take no locks and call
- * nothing of the model. Everything else belongs to the GUI thread unless it says otherwise. Locks
- * are taken in the order m_pointsMutex, m_valuesMutex, the model's lock on the axes.
+ * Threads: minimumY(), maximumY(), precision(), format(), isValid(), stringValue() and
+ * scaleString() may run on any thread with the series' locks held. They must be pure, take no locks
+ * and call nothing of the model. Everything else belongs to the GUI thread unless it says
+ * otherwise. Locks are taken in the order m_pointsMutex, m_valuesMutex, the model's lock on the
+ * axes.
  */
 class QUARVCHART_EXPORT AbstractChartSeries : public QObject
 {
@@ -102,15 +114,15 @@ public:
     /**
      * Merges an ascending queue into the store by X, and empties the queue. Takes the samples.
      *
-     * A sample whose X is stored already replaces the stored record's contents and is freed. A store
-     * whose first X lies above its last takes the queue by plain append. Null entries are skipped on
-     * both sides. One walk through the list.
+     * A sample whose X is stored already replaces the stored record's contents and is freed. A
+     * store whose first X lies above its last takes the queue by plain append. Null entries are
+     * skipped on both sides. One walk through the list.
      */
     void insertValues(QQueue<ChartValue *> &values);
 
     /**
-     * Ages samples out by their own expireTime: the first call that finds a sample due blanks its y,
-     * a later one deletes it.
+     * Ages samples out by their own expireTime: the first call that finds a sample due blanks its
+     * y, a later one deletes it.
      *
      * Returns whether the visible picture changed.
      */
@@ -165,8 +177,8 @@ public:
     /**
      * Draws the computed points, and adds the read-out at \p cursorLine to \p values.
      *
-     * \p rect is the plot and \p transform a further map from pane pixels to the device, identity on
-     * screen; \p cursorLine is in device coordinates, null for none. Waits for a running
+     * \p rect is the plot and \p transform a further map from pane pixels to the device, identity
+     * on screen; \p cursorLine is in device coordinates, null for none. Waits for a running
      * calculation. At most one read-out comes; one that reaches beyond the plot turns \p cursor's
      * boxes to the left. The painter's pen is left changed.
      */
@@ -188,12 +200,16 @@ public:
     /// Returns to the look in m_defaults. A m_colorIndex outside 0 to 9 keeps the colour.
     void restoreDefault();
 
-    QLinkedList<ChartValue *> m_values; ///< Owned. m_valuesMutex, and to change the axes lock too.
-    ChartValue *m_minValue = nullptr;   ///< Valid sample of lowest Y. Locks as m_values.
-    ChartValue *m_maxValue = nullptr;   ///< Valid sample of highest Y. Locks as m_values.
-    bool m_visible = true;              ///< The check box of the legend.
+    // Deprecated in Qt but part of this interface, so that its users are not to be warned.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    ChartValueList m_values; ///< Owned. m_valuesMutex, and to change the axes lock too.
+    QT_WARNING_POP
+    ChartValue *m_minValue = nullptr; ///< Valid sample of lowest Y. Locks as m_values.
+    ChartValue *m_maxValue = nullptr; ///< Valid sample of highest Y. Locks as m_values.
+    bool m_visible = true;            ///< The check box of the legend.
     QString m_name;
-    QTransform m_matrix; ///< Data to pane pixels. Constant while the worker runs, so it takes no lock.
+    QTransform m_matrix; ///< Data to pane pixels. Takes no lock: constant while the worker runs.
     HorizontalChartAxis *m_axisX = nullptr; ///< The model's; null before the first attachment.
     VerticalChartAxis *m_axisY = nullptr;   ///< Owned. Its state is guarded by the axes lock.
     bool m_selected = false;                ///< Selected in the legend.
@@ -201,14 +217,14 @@ public:
     QColor m_color;
     int m_lineWidth; ///< Pixels.
     bool m_pointsVisible;
-    int m_pointSize;            ///< Diameter in pixels.
-    bool m_customized = false;  ///< Changed by hand: settings leave it alone.
-    int m_colorIndex = 0;       ///< Default colour in m_defaults; 10 stands for none.
-    ChartWidget *m_chart = nullptr; ///< The pane that shows the series; not owned.
-    SeriesSettings m_defaults;      ///< The look that restoreDefault() returns to.
-    int m_extraPrecision = 0;       ///< Decimals added to Y labels. Guarded by the axes lock.
-    QMutex m_pointsMutex;           ///< First in the order: guards the worker's points.
-    QMutex m_valuesMutex;           ///< Second in the order: guards the store.
+    int m_pointSize;                      ///< Diameter in pixels.
+    bool m_customized = false;            ///< Changed by hand: settings leave it alone.
+    int m_colorIndex = 0;                 ///< Default colour in m_defaults; 10 stands for none.
+    ChartWidget *m_chart = nullptr;       ///< The pane that shows the series; not owned.
+    SeriesSettings m_defaults;            ///< The look that restoreDefault() returns to.
+    int m_extraPrecision = 0;             ///< Decimals added to Y labels. Guarded by the axes lock.
+    QMutex m_pointsMutex;                 ///< First in the order: guards the worker's points.
+    QMutex m_valuesMutex;                 ///< Second in the order: guards the store.
     PointThread *m_pointThread = nullptr; ///< Owned.
     PendingTransform m_pending;
 
@@ -226,12 +242,15 @@ private:
     void mergeValues(QQueue<ChartValue *> &values);
     void replaceRecord(ChartValue *stored, ChartValue *taken);
     void updateExtremes(ChartValue *value);
-    bool forgetExtreme(const ChartValue *value);
-    QTransform transformFor(const QRectF &rect, const QRectF &data) const;
+    void forgetExtreme(const ChartValue *value);
+    bool blankValue(ChartValue *value, const QRectF &visible);
+    bool restoreExtremes();
+    void setMatrix(const QTransform &matrix);
     bool staysInvertible(double scaleX, double scaleY) const;
-    CursorValue readOut(const QLineF &line, const QPointF &crossing, const class ChartPoint &p,
-                        const class ChartPoint &q, const class QFontMetrics &metrics,
-                        const ChartCursor &cursor);
+    CursorValue readOut(const QLineF &line, const QPointF &crossing, const ChartPoint &p,
+                        const ChartPoint &q, const QFontMetrics &metrics, double cursorPosition);
+    void paintSymbols(QPainter &painter, const QLineF &line, const ChartPoint &p,
+                      const ChartPoint &q);
 
     AbstractChartModel *m_model = nullptr; ///< The model that attached the series; not owned.
 };

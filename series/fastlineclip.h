@@ -20,10 +20,10 @@ public:
     /**
      * Clips the segment in place.
      *
-     * Returns 1 if some of the segment lies in the window; the arguments then hold the clipped ends,
-     * and clipped0 and clipped1 tell which were moved. Returns 0 if it lies outside and -1 for a
-     * code that does not exist; the arguments are then unchanged, and the members mean nothing.
-     * No argument may be null.
+     * Returns 1 if some of the segment lies in the window; the arguments then hold the clipped
+     * ends, and clipped0 and clipped1 tell which were moved. Returns 0 if it lies outside and -1
+     * for a code that does not exist; the arguments are then unchanged, and the members mean
+     * nothing. No argument may be null.
      */
     int LineClip(double *x0, double *y0, double *x1, double *y1);
 
@@ -47,4 +47,7 @@ public:
     double xMax = 0.0;     ///< Right edge.
     double yMin = 0.0;     ///< Top edge: the smallest Y.
     double yMax = 0.0;     ///< Bottom edge: the largest Y.
+
+private:
+    int clipByCode(int segmentCode);
 };

@@ -10,6 +10,7 @@
 #include <atomic>
 
 class AbstractChartSeries;
+class FastLineClip;
 struct ChartValue;
 
 /**
@@ -55,7 +56,8 @@ public:
 
 private:
     void walkPairs();
-    void addSegment(class FastLineClip &clip, const ChartValue &a, const ChartValue &b);
+    void addPair(FastLineClip &clip, const ChartValue *a, const ChartValue *b);
+    void addSegment(FastLineClip &clip, const ChartValue &a, const ChartValue &b);
     void addPoint(const ChartPoint &point);
     void addGap();
 };

@@ -46,8 +46,8 @@ private:
 };
 
 /**
- * Deletes a series of the library's own: first its worker ends and every feeder has left it, so that
- * nothing calls the derived class while its destructor runs. Null does nothing. GUI thread, without
- * locks.
+ * Deletes a series of the library's own: first its worker ends and every feeder has left it, so
+ * that nothing calls the derived class while its destructor runs. Null does nothing. GUI thread,
+ * without locks.
  */
 void deleteSeries(AbstractChartSeries *series);

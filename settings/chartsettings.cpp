@@ -15,10 +15,6 @@ QColor ChartSettings::defaultCursorColor()
     return QColor(255, 170, 0);
 }
 
-void ChartSettings::loadSettings(QString)
-{
-}
+void ChartSettings::loadSettings(QString) {}
 
-void ChartSettings::saveSettings(QString)
-{
-}
+void ChartSettings::saveSettings(QString) {}

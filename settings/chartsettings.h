@@ -38,8 +38,8 @@ public:
     QColor gridColor;       ///< Grid and frame; the default if invalid.
     QColor cursorLineColor; ///< The default if invalid.
 
-    double visibleInterval = 600.0;   ///< Width of a live window in X units (seconds for date-time).
-    bool dynamicGrid = false;         ///< A live window slides (true) or jumps (false).
+    double visibleInterval = 600.0; ///< Width of a live window in X units (seconds for date-time).
+    bool dynamicGrid = false;       ///< A live window slides (true) or jumps (false).
     bool autoRemoveEmptyChart = true; ///< A pane that a drop leaves empty goes away.
     bool individualScale = true;      ///< A Y range for each series, or one for all.
     bool autoScaleX = false;          ///< The X axis follows the data.

@@ -8,7 +8,8 @@
 constexpr int SeriesColorCount = 10;
 
 /**
- * The ten default colours of series, by index: red, green, blue, cyan, magenta and their dark forms.
+ * The ten default colours of series, by index: red, green, blue, cyan, magenta and their dark
+ * forms.
  *
  * Yellow and dark yellow are left out. Filled from constants before any static object is built, and
  * never written afterwards, so any thread may read it.

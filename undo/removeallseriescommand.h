@@ -6,8 +6,8 @@
 class QUARVCHART_EXPORT RemoveAllSeriesCommand : public RemoveSeriesCommand
 {
 public:
-    using RemoveSeriesCommand::RemoveSeriesCommand;
     using RemoveSeriesCommand::redo;
+    using RemoveSeriesCommand::RemoveSeriesCommand;
 
     void redo() override;
     int type() const override;

@@ -6,6 +6,7 @@
 #include <QMap>
 
 class AbstractChartModel;
+class ChartAxis;
 
 /**
  * One undoable step: the state of all axes before and after it.
@@ -32,7 +33,8 @@ public:
 
     int type() const override;
 
-    /// Captures the axes as the state before the step. Rows are added or overwritten, never removed.
+    /// Captures the axes as the state before the step. Rows are added or overwritten, never
+    /// removed.
     void setOldParams();
 
     /// Captures the axes as the state after the step, likewise, and updates the model's actions.
@@ -54,4 +56,8 @@ public:
     QMap<int, UndoAxisParams> m_newParamsY;
     UndoAxisParams m_oldParamsX;
     UndoAxisParams m_newParamsX; ///< Valid once the new state has been captured.
+
+private:
+    void applyAxes(const UndoAxisParams &x, const QMap<int, UndoAxisParams> &y);
+    static void applyAxis(const UndoAxisParams &params, ChartAxis *axis);
 };

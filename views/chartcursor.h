@@ -39,15 +39,14 @@ public:
                QRectF const &rect, bool showTime, QPalette const &palette);
 
     AbstractChartModel *m_model;
-    int m_side = 0;         ///< Side of the line on which the boxes stand.
-    bool m_visible = false; ///< The cursor is shown.
-    QString m_timeText;     ///< Time label as last computed.
-    QRectF m_timeRect;      ///< Its box; the size counts, paint() sets the position.
+    int m_side = 0;          ///< Side of the line on which the boxes stand.
+    bool m_visible = false;  ///< The cursor is shown.
+    QString m_timeText;      ///< Time label as last computed.
+    QRectF m_timeRect;       ///< Its box; the size counts, paint() sets the position.
     double m_position = 0.0; ///< X of the line, in pane pixels.
 
 private:
-    void stackFromBelow(QList<CursorValue> &values, const QRectF &rect) const;
-    void pullUpToPoints(QList<CursorValue> &values, const QRectF &rect) const;
+    void paintLine(QPainter &painter, const QLineF &line) const;
     void paintBoxes(QPainter &painter, const QLineF &line, const QList<CursorValue> &values) const;
     void paintTimeLabel(QPainter &painter, const QLineF &line, const QRectF &rect,
                         const QPalette &palette);

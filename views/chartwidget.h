@@ -54,7 +54,7 @@ public:
     int topSpace() const;    ///< Pixels above the frame.
     int bottomSpace() const; ///< Pixels below it.
     int rightSpace() const;  ///< Pixels right of it.
-    int axisYSize() const;   ///< Widest Y axis of all series of the model; one margin for all panes.
+    int axisYSize() const; ///< Widest Y axis of all series of the model; one margin for all panes.
 
     /// The frame within \p rect, or within the pane if \p rect is empty. Its size may be zero or
     /// negative in a very small pane.
@@ -84,10 +84,10 @@ public:
     /// Sets the mouse cursor of the present mode.
     void restoreCursor();
 
-    ChartCursor *m_cursor;      ///< Owned.
-    QRubberBand *m_rubberBand;  ///< Child; visible while the left button drags.
-    QPoint m_lastPoint;         ///< Last press, or last step of a drag.
-    QString m_commandText;      ///< Name of the last zoom made here, for its undo entry.
+    ChartCursor *m_cursor;       ///< Owned.
+    QRubberBand *m_rubberBand;   ///< Child; visible while the left button drags.
+    QPoint m_lastPoint;          ///< Last press, or last step of a drag.
+    QString m_commandText;       ///< Name of the last zoom made here, for its undo entry.
     AbstractChartModel *m_model; ///< Not owned; null once the model has died.
 
 signals:
@@ -103,13 +103,16 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    int sideSpace(bool isOuter) const;
     QPalette chartPalette() const;
     QTransform deviceTransform(const QRectF &target, const QRectF &chart) const;
-    void paintContents(QPainter &painter, const QPalette &palette, const QRectF &target);
-    bool paintAxes(QPainter &painter, const QPalette &palette, const QRectF &full,
-                   const QTransform &transform, AbstractChartSeries *selected);
     QLineF cursorLine(const QRectF &chart) const;
-    void paintCursor(QPainter &painter, const QPalette &palette, const QRectF &full,
-                     const QLineF &line, AbstractChartSeries *selected,
-                     QList<CursorValue> &values);
+    void paintContents(QPainter &painter, const QPalette &palette, const QRectF &target);
+    void paintAxes(QPainter &painter, const QPalette &palette, const QRectF &full,
+                   const QTransform &transform, AbstractChartSeries &selected);
+    QList<CursorValue> paintSeries(QPainter &painter, const QRectF &chart,
+                                   const QTransform &transform, const QLineF &line,
+                                   AbstractChartSeries *selected);
+    void updateTimeLabel(const QPainter &painter, const QLineF &line,
+                         AbstractChartSeries &selected);
 };

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "axes/horizontalchartaxis.h"
+#include "axes/verticalchartaxis.h"
 #include "model/staticchartmodel.h"
+#include "series/abstractchartseries.h"
 #include "views/chartwidget.h"
+
+#include <QStringList>
 
 /**
  * A static model that opens the protected slots, answers QAbstractItemModelTester as it wants, and
@@ -15,7 +19,10 @@ class OpenModel : public StaticChartModel
     Q_OBJECT
 
 public:
-    OpenModel() : StaticChartModel("QUARVChart5 tests", "tests") {}
+    OpenModel()
+        : StaticChartModel("QUARVChart5 tests", "tests")
+    {
+    }
     ~OpenModel() override
     {
         while (!m_charts.isEmpty()) {
@@ -38,7 +45,6 @@ public:
         return index.isValid() ? StaticChartModel::flags(index) : Qt::ItemFlags();
     }
 
-    using AbstractChartModel::assignRange;
     using AbstractChartModel::slotAddChart;
     using AbstractChartModel::slotMultiMode;
     using AbstractChartModel::slotPause;
@@ -55,4 +61,14 @@ inline QString axisText(const ChartAxis &axis)
         .arg(axis.m_min, 0, 'g', 12)
         .arg(axis.m_max, 0, 'g', 12)
         .arg(axis.m_zoomed ? QStringLiteral(" zoomed") : QString());
+}
+
+/// All axes of a model as one text: X first, then Y of each series by row.
+inline QString axesText(const AbstractChartModel &model)
+{
+    QStringList texts{axisText(*model.m_axisX)};
+    for (const AbstractChartSeries *series : qAsConst(model.m_series)) {
+        texts.append(axisText(*series->m_axisY));
+    }
+    return texts.join(' ');
 }

@@ -28,7 +28,10 @@ public:
     double maximumY() const override { return m_maximumY; }
     int precision() const override { return m_precision; }
     char format() const override { return m_format; }
-    QColor textColor(int state) override { return state == 0 ? QColor(Qt::white) : QColor(Qt::red); }
+    QColor textColor(int state) override
+    {
+        return state == 0 ? QColor(Qt::white) : QColor(Qt::red);
+    }
     bool isValid(const ChartValue *value) const override
     {
         return AbstractChartSeries::isValid(value);

@@ -9,7 +9,10 @@
 class RecordingPaintEngine : public QPaintEngine
 {
 public:
-    RecordingPaintEngine() : QPaintEngine(AllFeatures) {}
+    RecordingPaintEngine()
+        : QPaintEngine(AllFeatures)
+    {
+    }
 
     bool begin(QPaintDevice *) override { return true; }
     bool end() override { return true; }

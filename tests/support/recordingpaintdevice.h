@@ -18,9 +18,9 @@ struct PaintCall
     enum Kind { Line, Rect, FilledRect, Ellipse, Path, Polygon, Image, Text };
 
     Kind kind = Line;
-    QLineF line;  ///< Of a Line.
-    QRectF rect;  ///< Of a Rect, FilledRect, Ellipse, Path, Polygon (bounds) or Image (target).
-    QString text; ///< Of a Text: one line of it.
+    QLineF line;      ///< Of a Line.
+    QRectF rect;      ///< Of a Rect, FilledRect, Ellipse, Path, Polygon (bounds) or Image (target).
+    QString text;     ///< Of a Text: one line of it.
     QPointF position; ///< Of a Text: left end of its base line.
     QPen pen;
     QBrush brush;
@@ -31,8 +31,8 @@ struct PaintCall
 /**
  * A paint device that draws nothing and remembers each call, in order.
  *
- * A line of text becomes one Text call for each line; a rectangle without pen that is filled becomes
- * a FilledRect.
+ * A line of text becomes one Text call for each line; a rectangle without pen that is filled
+ * becomes a FilledRect.
  */
 class RecordingPaintDevice : public QPaintDevice
 {

@@ -1,0 +1,294 @@
+#include "model/abstractchartmodel.h"
+
+#include "axes/horizontalchartaxis.h"
+#include "axes/verticalchartaxis.h"
+#include "model/axeslocker_p.h"
+#include "series/abstractchartseries.h"
+#include "series/pointthread.h"
+#include "views/chartwidget.h"
+
+#include <QTransform>
+#include <QVector>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+double yOrZero(const ChartValue *value)
+{
+    return value ? value->y : 0.0;
+}
+
+/// Gives a range of no width some: half a unit around 0, else half the value to either side. Of a
+/// negative value that gives the upper end first; assigning a range puts it in order.
+QPair<double, double> widened(QPair<double, double> range)
+{
+    if (range.first != range.second) {
+        return range;
+    }
+    const double value = range.first;
+    return value == 0.0 ? qMakePair(-0.5, 0.5) : qMakePair(value * 0.5, value * 1.5);
+}
+
+/// A series that has a pane, and the plot of that pane.
+struct ShownSeries
+{
+    AbstractChartSeries *series;
+    QRectF plot;
+};
+
+/**
+ * The series that a zoom reaches, all with a map.
+ *
+ * Gathered before the first of them is zoomed: that moves the X axis, from which the map of a
+ * series that was never calculated is built here, and may change the width of the labels, and with
+ * it every plot, while the maps in use belong to the plots as they are.
+ */
+QVector<ShownSeries> gatherShownSeries(const QList<AbstractChartSeries *> &all)
+{
+    QVector<ShownSeries> shown;
+    for (AbstractChartSeries *series : all) {
+        if (!series || !series->m_chart) {
+            continue;
+        }
+        const QRectF plot = series->m_chart->chartRect(QRectF());
+        if (series->m_matrix.isIdentity() && !series->m_pointThread->isRunning()) {
+            series->updateMatrix(plot);
+        }
+        shown.append({series, plot});
+    }
+    return shown;
+}
+
+/// Carries \p from onto \p to.
+QTransform ontoTransform(const QRectF &from, const QRectF &to)
+{
+    const double scaleX = to.width() / from.width();
+    const double scaleY = to.height() / from.height();
+    return QTransform(scaleX, 0.0, 0.0, scaleY, to.x() - from.x() * scaleX,
+                      to.y() - from.y() * scaleY);
+}
+
+} // namespace
+
+void AbstractChartModel::assignRange(ChartAxis &axis, double a, double b)
+{
+    const double lower = a < b ? a : b;
+    const double upper = a < b ? b : a;
+    if (lower == axis.m_min && upper == axis.m_max) {
+        return;
+    }
+    axis.m_min = lower;
+    axis.m_max = upper;
+    axis.recalculateGridValues();
+}
+
+std::optional<QPair<double, double>>
+AbstractChartModel::finiteEndsX(const AbstractChartSeries &series)
+{
+    const auto hasFiniteX = [](const ChartValue *value) {
+        return value && std::isfinite(value->x);
+    };
+    const auto first = std::find_if(series.m_values.cbegin(), series.m_values.cend(), hasFiniteX);
+    if (first == series.m_values.cend()) {
+        return std::nullopt;
+    }
+    auto last = std::prev(series.m_values.cend());
+    while (!hasFiniteX(*last)) {
+        --last;
+    }
+    return qMakePair((*first)->x, (*last)->x);
+}
+
+QPair<double, double> AbstractChartModel::minMaxY() const
+{
+    const AxesLocker locker(this);
+    const AbstractChartSeries *first = firstValidSeries();
+    if (!first) {
+        return qMakePair(-0.5, 0.5);
+    }
+    double lower = yOrZero(first->m_minValue);
+    double upper = yOrZero(first->m_maxValue);
+    for (const AbstractChartSeries *series : m_series) {
+        if (!series) {
+            continue;
+        }
+        // A series without valid samples counts as one at 0; that is wanted.
+        const double a = yOrZero(series->m_minValue);
+        const double b = yOrZero(series->m_maxValue);
+        lower = lower < a ? lower : a;
+        upper = b > upper ? b : upper;
+    }
+    return widened(qMakePair(lower, upper));
+}
+
+QPair<double, double> AbstractChartModel::scale(const AbstractChartSeries *series) const
+{
+    const AxesLocker locker(this);
+    if (!m_settings.individualScale) {
+        return minMaxY();
+    }
+    if (!series || !series->m_axisY) {
+        return qMakePair(0.0, 0.0);
+    }
+    const VerticalChartAxis &axis = *series->m_axisY;
+    const double lower = axis.m_autoScale ? yOrZero(series->m_minValue) : series->minimumY();
+    // Asked again: the call before is the application's and may have changed the flag.
+    const double upper = axis.m_autoScale ? yOrZero(series->m_maxValue) : series->maximumY();
+    return widened(qMakePair(lower, upper));
+}
+
+void AbstractChartModel::adjustAxisY(AbstractChartSeries *series)
+{
+    const AxesLocker locker(this);
+    if (!series || !m_settings.individualScale) {
+        adjustAxisY();
+        return;
+    }
+    if (!series->m_axisY || series->m_axisY->m_zoomed) {
+        return;
+    }
+    const QPair<double, double> range = scale(series);
+    assignRange(*series->m_axisY, range.first, range.second);
+}
+
+void AbstractChartModel::adjustAxisY()
+{
+    const AxesLocker locker(this);
+    const QList<AbstractChartSeries *> all = m_series;
+    if (m_settings.individualScale) {
+        for (AbstractChartSeries *series : all) {
+            if (series) {
+                adjustAxisY(series);
+            }
+        }
+        return;
+    }
+    const QPair<double, double> range = minMaxY();
+    for (AbstractChartSeries *series : all) {
+        if (series && series->m_axisY && !series->m_axisY->m_zoomed) {
+            assignRange(*series->m_axisY, range.first, range.second);
+        }
+    }
+}
+
+void AbstractChartModel::adjustZoom(AbstractChartSeries *series)
+{
+    {
+        const AxesLocker locker(this);
+        const AbstractChartSeries *first = firstValidSeries();
+        if (!series || !first || !first->m_axisY || !series->m_axisY) {
+            return;
+        }
+        const VerticalChartAxis &shown = *first->m_axisY;
+        const double shownSpan = shown.m_max - shown.m_min;
+        if (!shown.m_zoomed || shownSpan == 0.0) {
+            return;
+        }
+        if (!m_autoScaleY) {
+            const QPair<double, double> firstScale = scale(first);
+            const QPair<double, double> seriesScale = scale(series);
+            const double firstSpan = firstScale.second - firstScale.first;
+            const double seriesSpan = seriesScale.second - seriesScale.first;
+            // The same part of its scale, at the same place in it, as the first series shows.
+            const double lower =
+                seriesScale.first - (firstScale.first - shown.m_min) * seriesSpan / firstSpan;
+            const double upper = seriesSpan / (firstSpan / shownSpan) + lower;
+            assignRange(*series->m_axisY, lower, upper);
+            series->m_axisY->m_zoomed = true;
+            return;
+        }
+    }
+    // With automatic scaling a new series ends the zoom of all. It starts workers: no lock here.
+    undoZoom();
+}
+
+void AbstractChartModel::setAutoScale(bool x, bool y)
+{
+    const AxesLocker locker(this);
+    if (m_axisX) {
+        m_axisX->m_autoScale = x;
+    }
+    m_autoScaleY = y;
+    for (AbstractChartSeries *series : qAsConst(m_series)) {
+        if (series) {
+            series->setAutoScale(m_autoScaleY);
+        }
+    }
+}
+
+void AbstractChartModel::changeZoom(const QRectF &from, const QRectF &to, bool pending)
+{
+    if (!(from.width() > 0.0 && from.height() > 0.0 && to.width() > 0.0 && to.height() > 0.0)) {
+        return;
+    }
+    {
+        const AxesLocker locker(this);
+        const QVector<ShownSeries> shown = gatherShownSeries(m_series);
+        for (const ShownSeries &one : shown) {
+            const QRectF target = ontoTransform(from, one.plot).mapRect(to);
+            if (pending) {
+                one.series->zoomPending(one.plot, target);
+            } else {
+                one.series->zoom(one.plot, target);
+            }
+        }
+    }
+    updateCharts();
+}
+
+void AbstractChartModel::synchronizeChart()
+{
+    emit savePosition();
+    if (m_chartMode == SingleMode) {
+        gatherInOneChart();
+    } else if (m_chartMode == MultiMode) {
+        removeEmptyCharts();
+        spreadOverCharts();
+    }
+    emit chartCountChanged();
+    updateActions();
+}
+
+void AbstractChartModel::gatherInOneChart()
+{
+    if (m_charts.isEmpty()) {
+        appendChart(-1);
+    }
+    while (m_charts.size() > 1) {
+        delete m_charts.takeLast();
+    }
+    for (AbstractChartSeries *series : qAsConst(m_series)) {
+        if (series) {
+            series->m_chart = mainChart();
+        }
+    }
+}
+
+void AbstractChartModel::removeEmptyCharts()
+{
+    int i = 0;
+    while (i < m_charts.size() && m_charts.size() > 1) {
+        ChartWidget *chart = m_charts.at(i);
+        if (chart && chart->isEmpty()) {
+            m_charts.removeAt(i);
+            delete chart;
+        } else {
+            ++i;
+        }
+    }
+}
+
+void AbstractChartModel::spreadOverCharts()
+{
+    ChartWidget *main = mainChart();
+    const QList<AbstractChartSeries *> all = m_series;
+    for (int row = 0; row < all.size(); ++row) {
+        AbstractChartSeries *series = all.at(row);
+        if (!series || series->m_chart) {
+            continue;
+        }
+        series->m_chart = main && main->isEmpty() ? main : appendChart(row);
+    }
+}

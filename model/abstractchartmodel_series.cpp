@@ -1,0 +1,453 @@
+#include "model/abstractchartmodel.h"
+
+#include "axes/horizontalchartaxis.h"
+#include "axes/verticalchartaxis.h"
+#include "model/axeslocker_p.h"
+#include "model/postonce_p.h"
+#include "series/abstractchartseries.h"
+#include "series/pointthread.h"
+#include "series/seriesregistry_p.h"
+#include "undo/addseriescommand.h"
+#include "undo/removeallseriescommand.h"
+#include "undo/removeseriescommand.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMessageBox>
+#include <QPointer>
+#include <QUndoStack>
+#include <QVarLengthArray>
+
+namespace {
+
+// As many as the palette has colours.
+constexpr int MaximumSeries = SeriesColorCount;
+
+constexpr auto SelectWholeRow =
+    QItemSelectionModel::Clear | QItemSelectionModel::Select | QItemSelectionModel::Rows;
+
+/**
+ * What the entry of samples into one series holds while it runs: the series' life, its store and
+ * the axes. Tests false for a series that no longer lives; nothing may be touched then.
+ */
+class SampleEntry
+{
+public:
+    SampleEntry(const AbstractChartModel *model, AbstractChartSeries *series)
+    {
+        if (!SeriesRegistry::instance().contains(series)) {
+            return;
+        }
+        m_valuesLocker.emplace(&series->m_valuesMutex);
+        m_axesLocker.emplace(model);
+    }
+
+    explicit operator bool() const { return m_valuesLocker.has_value(); }
+
+private:
+    SeriesRegistry::Reader m_reader;
+    std::optional<QMutexLocker> m_valuesLocker;
+    std::optional<AxesLocker> m_axesLocker;
+};
+
+/**
+ * The state of all axes at one moment, as a ScaleCommand would capture it, but without a command
+ * and its maps: entering a sample allocates nothing.
+ */
+class AxesSnapshot
+{
+public:
+    explicit AxesSnapshot(const AbstractChartModel &model)
+        : m_axisX(model.m_axisX)
+    {
+        for (const AbstractChartSeries *series : model.m_series) {
+            m_axesY.append(UndoAxisParams(series ? series->m_axisY : nullptr));
+        }
+    }
+
+    bool operator!=(const AxesSnapshot &other) const
+    {
+        return m_axisX != other.m_axisX || m_axesY != other.m_axesY;
+    }
+
+private:
+    static constexpr int UsualSeries = 32;
+
+    UndoAxisParams m_axisX;
+    QVarLengthArray<UndoAxisParams, UsualSeries> m_axesY;
+};
+
+} // namespace
+
+void AbstractChartModel::addSeries(AbstractChartSeries *series)
+{
+    addSeries(QList<AbstractChartSeries *>{series});
+}
+
+void AbstractChartModel::addSeries(const QList<AbstractChartSeries *> &series)
+{
+    QList<AbstractChartSeries *> added = series;
+    added.removeAll(nullptr);
+    if (added.isEmpty()) {
+        return;
+    }
+    if (!m_seriesEditable) {
+        // No limit here: without an undo history the application decides what leaves.
+        for (AbstractChartSeries *one : qAsConst(added)) {
+            completeAddSeries(one);
+        }
+        return;
+    }
+
+    const int count = qMin(added.size(), MaximumSeries);
+    const int overflow = m_series.size() + count - MaximumSeries;
+    QMap<int, AbstractChartSeries *> removedByRow;
+    for (int row = 0; row < overflow; ++row) {
+        removedByRow.insert(row, m_series.at(row));
+    }
+    QMap<int, AbstractChartSeries *> addedInOrder;
+    for (int i = 0; i < count; ++i) {
+        addedInOrder.insert(MaximumSeries - count + i, added.at(i));
+    }
+    auto *command = new AddSeriesCommand(this, addedInOrder, removedByRow);
+    command->setText(commandText(tr("Add series")));
+    m_undoStack->push(command);
+}
+
+void AbstractChartModel::completeAddSeries(AbstractChartSeries *series)
+{
+    if (series) {
+        const bool isFirst = m_series.isEmpty();
+        if (!series->m_axisX) {
+            styleNewSeries(series);
+        }
+        insertSeriesRow(m_series.size(), series);
+        if (isFirst) {
+            selectRow(0);
+        }
+        adjustAxes(nullptr, false);
+        adjustZoom(series);
+        synchronizeChart();
+        updateCharts();
+    }
+    emit seriesCountChanged();
+}
+
+void AbstractChartModel::styleNewSeries(AbstractChartSeries *series)
+{
+    {
+        const AxesLocker locker(this);
+        series->m_axisX = m_axisX;
+        series->m_model = this;
+        series->setAutoScale(m_autoScaleY);
+    }
+    const SeriesSettings &style = m_settings.seriesSettings;
+    series->m_color = newSeriesColor();
+    series->m_colorIndex = m_colorIndex;
+    series->m_lineWidth = style.lineWidth;
+    series->m_pointsVisible = style.pointsVisible;
+    series->m_pointImage = QImage();
+    series->setPointSize(style.pointsSize);
+    series->m_defaults = style;
+}
+
+void AbstractChartModel::insertSeriesRow(int row, AbstractChartSeries *series)
+{
+    beginInsertRows(QModelIndex(), row, row);
+    {
+        const AxesLocker locker(this);
+        m_series.insert(row, series);
+    }
+    endInsertRows();
+}
+
+void AbstractChartModel::selectRow(int row)
+{
+    emit select(index(row, 0), SelectWholeRow);
+}
+
+void AbstractChartModel::restoreSeries(const QMap<int, AbstractChartSeries *> &series,
+                                       int selectedRow, int colorIndex)
+{
+    const QMap<int, AbstractChartSeries *> returning = series;
+    for (auto it = returning.cbegin(); it != returning.cend(); ++it) {
+        if (it.key() < 0 || !it.value()) {
+            continue;
+        }
+        insertSeriesRow(qMin(it.key(), m_series.size()), it.value());
+        adjustAxes(nullptr, false);
+        adjustZoom(it.value());
+    }
+    if (selectedRow >= 0) {
+        selectRow(selectedRow);
+    }
+    if (colorIndex >= 0) {
+        m_colorIndex = colorIndex;
+    }
+    synchronizeChart();
+    updateCharts();
+    emit seriesCountChanged();
+}
+
+void AbstractChartModel::removeSeries(AbstractChartSeries *series)
+{
+    const int row = m_series.indexOf(series);
+    if (row < 0) {
+        return;
+    }
+    if (!m_seriesEditable) {
+        completeRemoveSeries(series);
+        deleteSeries(series);
+        return;
+    }
+    QMap<int, AbstractChartSeries *> removed{{row, series}};
+    pushNamedAfterAction(new RemoveSeriesCommand(this, removed));
+}
+
+void AbstractChartModel::completeRemoveSeries(AbstractChartSeries *series)
+{
+    const int row = series ? m_series.indexOf(series) : -1;
+    if (row < 0) {
+        emit seriesCountChanged();
+        return;
+    }
+    beginRemoveRows(QModelIndex(), row, row);
+    {
+        const AxesLocker locker(this);
+        m_series.removeAt(row);
+    }
+    endRemoveRows();
+    synchronizeAfterRemoval();
+
+    series->m_chart = nullptr;
+    series->m_pointThread->stopThread();
+    // Only now, with its worker at rest: a completion still in the queue finds the series gone.
+    const bool wasUpdating = m_updatingSeries.removeAll(series) > 0;
+    if (wasUpdating && !updatePointsInProgress()) {
+        schedulePassEnd();
+    }
+    emit seriesCountChanged();
+}
+
+void AbstractChartModel::removeAllSeries()
+{
+    if (m_series.isEmpty()) {
+        return;
+    }
+    if (!m_seriesEditable) {
+        completeRemoveAllSeries();
+        return;
+    }
+    QMap<int, AbstractChartSeries *> removed;
+    for (int row = 0; row < m_series.size(); ++row) {
+        removed.insert(row, m_series.at(row));
+    }
+    pushNamedAfterAction(new RemoveAllSeriesCommand(this, removed));
+}
+
+void AbstractChartModel::completeRemoveAllSeries()
+{
+    const QList<AbstractChartSeries *> leaving = m_series;
+    for (AbstractChartSeries *series : leaving) {
+        if (series) {
+            series->m_chart = nullptr;
+            series->m_pointThread->stopThread();
+        }
+    }
+    if (!leaving.isEmpty()) {
+        beginRemoveRows(QModelIndex(), 0, leaving.size() - 1);
+        {
+            const AxesLocker locker(this);
+            m_series.clear();
+        }
+        endRemoveRows();
+    }
+    const bool wasUpdating = updatePointsInProgress();
+    m_updatingSeries.clear();
+    if (!m_seriesEditable) {
+        for (AbstractChartSeries *series : leaving) {
+            deleteSeries(series);
+        }
+    }
+    synchronizeAfterRemoval();
+    if (wasUpdating) {
+        schedulePassEnd();
+    }
+    emit seriesCountChanged();
+}
+
+void AbstractChartModel::synchronizeAfterRemoval()
+{
+    adjustAxes(nullptr, false);
+    synchronizeChart();
+    updateCharts();
+    if (m_series.isEmpty()) {
+        repaintCharts(); // No calculation will, without a series.
+    }
+}
+
+void AbstractChartModel::pushNamedAfterAction(ScaleCommand *command)
+{
+    if (const auto *action = qobject_cast<QAction *>(sender())) {
+        command->setText(commandText(action->text()));
+    }
+    m_undoStack->push(command);
+}
+
+QString AbstractChartModel::commandText(const QString &trigger)
+{
+    return QStringLiteral("\"%1\"").arg(trigger);
+}
+
+void AbstractChartModel::addValue(AbstractChartSeries *series, ChartValue *value)
+{
+    if (!series) {
+        return;
+    }
+    const SampleEntry entry(this, series);
+    if (!entry) {
+        delete value;
+        return;
+    }
+    if (value) {
+        series->appendValue(value);
+    }
+    adjustAxes(series, true);
+}
+
+void AbstractChartModel::addValues(AbstractChartSeries *series, const QList<ChartValue *> &values)
+{
+    if (!series) {
+        return;
+    }
+    const SampleEntry entry(this, series);
+    if (!entry) {
+        qDeleteAll(values);
+        return;
+    }
+    series->addValues(values);
+    adjustAxes(series, true);
+}
+
+void AbstractChartModel::insertValues(AbstractChartSeries *series, QQueue<ChartValue *> &values,
+                                      bool keepAxes)
+{
+    if (!series) {
+        return;
+    }
+    const SampleEntry entry(this, series);
+    if (!entry) {
+        qDeleteAll(values);
+        values.clear();
+        return;
+    }
+    series->insertValues(values);
+    if (!keepAxes) {
+        adjustAxes(series, true);
+    }
+}
+
+void AbstractChartModel::clearValues(AbstractChartSeries *series)
+{
+    if (!series) {
+        return;
+    }
+    ChartValueList taken;
+    {
+        const SampleEntry entry(this, series);
+        if (!entry) {
+            return;
+        }
+        series->m_minValue = nullptr;
+        series->m_maxValue = nullptr;
+        taken.swap(series->m_values);
+        adjustAxes(series, true);
+    }
+    qDeleteAll(taken); // Millions of records, and nobody has to wait for that.
+}
+
+void AbstractChartModel::clearValues()
+{
+    const QList<AbstractChartSeries *> all = seriesSnapshot();
+    for (AbstractChartSeries *series : all) {
+        clearValues(series);
+    }
+}
+
+bool AbstractChartModel::removeOldValues(AbstractChartSeries *series)
+{
+    if (!series) {
+        return false;
+    }
+    const SampleEntry entry(this, series);
+    return entry && series->removeOldValues();
+}
+
+void AbstractChartModel::adjustAxes(AbstractChartSeries *series, bool updateUndoHistory)
+{
+    const AxesLocker locker(this);
+    const AxesSnapshot before(*this);
+    adjustAxisY(series);
+    adjustAxisX();
+    if (updateUndoHistory && before != AxesSnapshot(*this)) {
+        followHistory();
+    }
+}
+
+void AbstractChartModel::followHistory()
+{
+    if (isOwnThread()) {
+        rewriteHistoryNeighbours();
+        return;
+    }
+    postOnce(this, m_historyPosted, [this] { rewriteHistoryNeighbours(); });
+}
+
+void AbstractChartModel::rewriteHistoryNeighbours()
+{
+    const auto commandAt = [this](int i) {
+        return dynamic_cast<ScaleCommand *>(const_cast<QUndoCommand *>(m_undoStack->command(i)));
+    };
+    const int index = m_undoStack->index();
+    if (index < 1) {
+        return; // The command at 0 keeps its old state: nothing undone leads back to it.
+    }
+    if (ScaleCommand *done = commandAt(index - 1)) {
+        done->setNewParams();
+    }
+    if (ScaleCommand *undone = commandAt(index)) {
+        undone->setOldParams();
+    }
+}
+
+void AbstractChartModel::slotRemoveSeries()
+{
+    if (AbstractChartSeries *series = selectedSeries()) {
+        removeSeries(series);
+    }
+}
+
+void AbstractChartModel::slotRemoveAllSeries()
+{
+    if (confirm(tr("Do you really want to remove all series?"))) {
+        removeAllSeries();
+    }
+}
+
+void AbstractChartModel::slotClearPoints()
+{
+    if (confirm(tr("Do you really want to clear points?"))) {
+        clearValues();
+        updateCharts();
+    }
+}
+
+bool AbstractChartModel::confirm(const QString &question)
+{
+    const QPointer<AbstractChartModel> self(this); // The program goes on under the question.
+    QWidget *window = QApplication::activeWindow();
+    // Exactly these buttons: with the default not among them Qt shows both, Yes and No.
+    const int answer = QMessageBox::question(window, window ? window->windowTitle() : QString(),
+                                             question, QMessageBox::Yes, QMessageBox::No);
+    return self && answer == QMessageBox::Yes;
+}

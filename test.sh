@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the library with everything that belongs to it, and runs all
+# tests. Can be called again cheaply.
+#
+#   ./test.sh [PRESET]        default: dev (others: release, asan, tsan)
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+preset=${1:-dev}
+
+cmake/install-packages.sh build-essential cmake ninja-build qtbase5-dev libqt5svg5 \
+    fonts-dejavu-core
+if [[ $preset == release ]]; then
+    cmake/install-packages.sh libbenchmark-dev
+fi
+
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --preset "$preset"

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+/**
+ * Keeps the offscreen platform, while it lives, from warning that it gives no size hints to a
+ * window manager. It does so for every window with a limited size, which says nothing about the
+ * code under test. Every other message goes its way.
+ */
+class QuietPlatform
+{
+public:
+    QuietPlatform() { s_previous = qInstallMessageHandler(passOn); }
+    ~QuietPlatform() { qInstallMessageHandler(s_previous); }
+    Q_DISABLE_COPY_MOVE(QuietPlatform)
+
+private:
+    static void passOn(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        if (message != QLatin1String("This plugin does not support propagateSizeHints()")) {
+            s_previous(type, context, message);
+        }
+    }
+
+    static inline QtMessageHandler s_previous = nullptr;
+};
