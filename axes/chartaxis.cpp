@@ -40,19 +40,14 @@ double numericStep(double span)
     return MinimumIntervals > intervals ? step / 5.0 : step;
 }
 
-// The smallest multiple of unit that cuts span into ten intervals at most. A walk over the
-// multiples would ask for each whether span / multiple still exceeds ten; that quotient is rounded,
-// and so is the one here, which leaves the count at most one off on either side.
+// The smallest multiple of unit, 1, 60 or 3600, that cuts span into ten intervals at most; the same
+// as a walk over the multiples finds by asking for each whether span / multiple still exceeds ten.
+// Both quotients are rounded, yet they agree: a double above 10 * n * unit exceeds it by more than
+// 2^-53 of itself, which is more than half of the last bit of ten, and, with these units, also
+// moves the quotient by 0.8 of the last bit of n or more, so neither is rounded down.
 double smallestMultiple(double span, double unit)
 {
-    const auto isEnough = [span, unit](double count) {
-        return span / (count * unit) <= MaximumIntervals;
-    };
-    const double count = std::max(1.0, std::ceil(span / (MaximumIntervals * unit)));
-    if (count > 1.0 && isEnough(count - 1.0)) {
-        return (count - 1.0) * unit;
-    }
-    return (isEnough(count) ? count : count + 1.0) * unit;
+    return std::max(1.0, std::ceil(span / (MaximumIntervals * unit))) * unit;
 }
 
 double dateTimeStep(double span)

@@ -91,7 +91,8 @@ bool AbstractChartSeries::removeOldValues()
 {
     constexpr double MillisecondsPerSecond = 1000.0;
     const QDateTime clock = QDateTime::currentDateTime();
-    const double now = clock.toSecsSinceEpoch() + clock.time().msec() / MillisecondsPerSecond;
+    const double now =
+        double(clock.toSecsSinceEpoch()) + clock.time().msec() / MillisecondsPerSecond;
     const QRectF visible = visibleRect();
     bool changed = false;
 

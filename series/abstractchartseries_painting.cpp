@@ -134,11 +134,11 @@ void AbstractChartSeries::paintLogo(QPainter *painter, const QRect &rect)
     if (m_pointsVisible && !m_pointImage.isNull()) {
         // right() and bottom() are one less than the ends: halves of an even size round down.
         const QRect image = m_pointImage.rect();
-        const int width = image.right() - image.left();
-        const int height = image.bottom() - image.top();
+        const int left = centerX - (image.right() - image.left()) / 2;
+        const int top = centerY - (image.bottom() - image.top()) / 2;
         painter->setBrush(QBrush(m_color, Qt::SolidPattern));
-        painter->drawImage(QRectF(centerX - width / 2, centerY - height / 2, width + 1, height + 1),
-                           m_pointImage, sourceRect(m_pointImage));
+        painter->drawImage(QRectF(left, top, image.width(), image.height()), m_pointImage,
+                           sourceRect(m_pointImage));
     }
     painter->restore();
 }
