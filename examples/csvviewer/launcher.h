@@ -1,0 +1,44 @@
+#pragma once
+
+#include "viewerwindow.h"
+
+#include <QObject>
+#include <QSize>
+#include <QString>
+
+/// What the command line asks for.
+struct LaunchOptions
+{
+    QString fileName;   ///< Empty: an empty window.
+    QString screenshot; ///< The picture to write; empty: a window on the screen.
+    QSize size;
+    ViewerWindow::PaneMode paneMode = ViewerWindow::AutomaticPanes;
+};
+
+/**
+ * Carries out the command line: opens the file and shows the window, or writes a picture of it and
+ * ends the program. If that fails it says so on standard error and ends the program with 1.
+ */
+class Launcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Launcher(const LaunchOptions &options);
+
+    /// The event loop must run soon after.
+    void launch();
+
+private slots:
+    void slotOpened();
+    void slotFailed(const QString &message);
+    void slotCancelled();
+    void slotChartsReady();
+
+private:
+    void fail(const QString &message);
+    bool writeScreenshot(QString *problem);
+
+    const LaunchOptions m_options;
+    ViewerWindow m_window;
+};
