@@ -80,6 +80,18 @@ double ChartAxis::gridStep() const
     return m_dateTime ? dateTimeStep(span) : numericStep(span);
 }
 
+void ChartAxis::assignRange(double a, double b)
+{
+    const double lower = a < b ? a : b;
+    const double upper = a < b ? b : a;
+    if (lower == m_min && upper == m_max) {
+        return;
+    }
+    m_min = lower;
+    m_max = upper;
+    recalculateGridValues();
+}
+
 double ChartAxis::firstGridValue(double (*rounding)(double)) const
 {
     const double quotient = m_min / m_step;

@@ -61,6 +61,10 @@ public:
      */
     double gridStep() const;
 
+    /// Stores a range in ascending order and recalculates the grid; nothing if the axis has exactly
+    /// this range. A NaN is never the same. Leaves m_zoomed alone.
+    void assignRange(double a, double b);
+
     double m_min = 0.0;       ///< Lower bound in data units; seconds since the epoch on date-time.
     double m_max = 0.0;       ///< Upper bound.
     double m_step = 0.0;      ///< Grid step; 0 means no grid.

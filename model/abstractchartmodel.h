@@ -19,7 +19,6 @@
 #include <optional>
 
 class AbstractChartSeries;
-class ChartAxis;
 class ChartWidget;
 class HorizontalChartAxis;
 class QAction;
@@ -201,10 +200,6 @@ public:
 
     /// Makes the panes match the chart mode.
     void synchronizeChart();
-
-    /// Stores a range in ascending order and recalculates the grid; nothing if the axis has it.
-    /// A NaN is never the same. The lock on the axes must be held.
-    static void assignRange(ChartAxis &axis, double a, double b);
 
     // Zoom and actions ---------------------------------------------------------------------------
 

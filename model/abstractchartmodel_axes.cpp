@@ -72,18 +72,6 @@ QTransform ontoTransform(const QRectF &from, const QRectF &to)
 
 } // namespace
 
-void AbstractChartModel::assignRange(ChartAxis &axis, double a, double b)
-{
-    const double lower = a < b ? a : b;
-    const double upper = a < b ? b : a;
-    if (lower == axis.m_min && upper == axis.m_max) {
-        return;
-    }
-    axis.m_min = lower;
-    axis.m_max = upper;
-    axis.recalculateGridValues();
-}
-
 std::optional<QPair<double, double>>
 AbstractChartModel::finiteEndsX(const AbstractChartSeries &series)
 {
@@ -150,7 +138,7 @@ void AbstractChartModel::adjustAxisY(AbstractChartSeries *series)
         return;
     }
     const QPair<double, double> range = scale(series);
-    assignRange(*series->m_axisY, range.first, range.second);
+    series->m_axisY->assignRange(range.first, range.second);
 }
 
 void AbstractChartModel::adjustAxisY()
@@ -168,7 +156,7 @@ void AbstractChartModel::adjustAxisY()
     const QPair<double, double> range = minMaxY();
     for (AbstractChartSeries *series : all) {
         if (series && series->m_axisY && !series->m_axisY->m_zoomed) {
-            assignRange(*series->m_axisY, range.first, range.second);
+            series->m_axisY->assignRange(range.first, range.second);
         }
     }
 }
@@ -195,7 +183,7 @@ void AbstractChartModel::adjustZoom(AbstractChartSeries *series)
             const double lower =
                 seriesScale.first - (firstScale.first - shown.m_min) * seriesSpan / firstSpan;
             const double upper = seriesSpan / (firstSpan / shownSpan) + lower;
-            assignRange(*series->m_axisY, lower, upper);
+            series->m_axisY->assignRange(lower, upper);
             series->m_axisY->m_zoomed = true;
             return;
         }

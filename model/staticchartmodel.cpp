@@ -32,5 +32,5 @@ void StaticChartModel::adjustAxisX()
         extent->second = qMax(extent->second, ends->second);
     }
     const QPair<double, double> range = extent.value_or(qMakePair(0.0, 0.0));
-    assignRange(*m_axisX, range.first, range.second);
+    m_axisX->assignRange(range.first, range.second);
 }

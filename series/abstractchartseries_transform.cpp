@@ -6,8 +6,6 @@
 #include "series/pointthread.h"
 #include "views/chartwidget.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr double SmallestDeterminant = 1e-12; // at or below it a transform has no usable inverse
@@ -46,13 +44,7 @@ void setZoomedRange(ChartAxis *axis, double a, double b)
     if (!axis) {
         return;
     }
-    const double min = std::min(a, b);
-    const double max = std::max(a, b);
-    if (axis->m_min != min || axis->m_max != max) {
-        axis->m_min = min;
-        axis->m_max = max;
-        axis->recalculateGridValues();
-    }
+    axis->assignRange(a, b);
     axis->m_zoomed = true;
 }
 

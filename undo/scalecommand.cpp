@@ -111,7 +111,7 @@ void ScaleCommand::applyAxis(const UndoAxisParams &params, ChartAxis *axis)
     if (!params.valid || !axis) {
         return;
     }
-    AbstractChartModel::assignRange(*axis, params.min, params.max);
+    axis->assignRange(params.min, params.max);
     axis->m_zoomed = params.zoomed;
 }
 

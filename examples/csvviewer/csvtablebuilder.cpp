@@ -229,22 +229,17 @@ bool CsvTableBuilder::parseNumericX(const CsvCell &cell, double &x)
 {
     const Number number = readNumber(cell, m_decimalMark);
     x = number.value;
-    switch (number.kind) {
-    case Kind::Value:
-        return std::isfinite(x) || fail(cell, 1, tr("X is infinite"));
-    case Kind::Gap:
+    if (number.kind == Kind::Gap) {
         return fail(cell, 1, tr("X is missing"));
-    case Kind::OutOfRange:
-        break;
-    case Kind::NoNumber:
-        if (!hasValues()) {
-            return fail(
-                cell, 1,
-                tr("\"%1\" is neither a number nor a date and time").arg(quotationOf(cell)));
-        }
-        break;
     }
-    return rejectNumber(cell, 1, number.kind == Kind::OutOfRange);
+    if (number.kind == Kind::NoNumber && !hasValues()) {
+        return fail(cell, 1,
+                    tr("\"%1\" is neither a number nor a date and time").arg(quotationOf(cell)));
+    }
+    if (number.kind != Kind::Value) {
+        return rejectNumber(cell, 1, number.kind == Kind::OutOfRange);
+    }
+    return std::isfinite(x) || fail(cell, 1, tr("X is infinite"));
 }
 
 bool CsvTableBuilder::parseY(const CsvCell &cell, CsvColumn &column, double &y, int number)

@@ -179,7 +179,10 @@ void ViewerWindow::slotLoaded(const CsvResult &result)
 void ViewerWindow::reportError(const QString &message)
 {
     if (isVisible() && m_dialogsShown) {
-        QMessageBox::warning(this, QCoreApplication::applicationName(), message);
+        QMessageBox box(QMessageBox::Warning, QCoreApplication::applicationName(), message,
+                        QMessageBox::Ok, this);
+        box.setTextFormat(Qt::PlainText); // It quotes the file, which may hold anything.
+        box.exec();
         return;
     }
     emit failed(message);

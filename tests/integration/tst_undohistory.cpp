@@ -653,7 +653,7 @@ private:
     {
         const double a = anyNumber();
         const double b = anyNumber();
-        AbstractChartModel::assignRange(axis, a, b);
+        axis.assignRange(a, b);
         axis.m_zoomed = true;
         plain.set(a, b);
         plain.zoomed = true;

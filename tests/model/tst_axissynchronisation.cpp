@@ -415,7 +415,7 @@ void TestAxisSynchronisation::assignsOnlyWhatDiffers()
     QCOMPARE(axisText(axis), QString("[0,100]"));
 
     model.adjustAxisY(series);
-    AbstractChartModel::assignRange(axis, 100.0, 0.0); // The same in another order.
+    axis.assignRange(100.0, 0.0); // The same in another order.
     QCOMPARE(axis.m_recalculations, 0);
 
     series->m_maximumY = std::nextafter(100.0, 200.0);
@@ -424,7 +424,7 @@ void TestAxisSynchronisation::assignsOnlyWhatDiffers()
     QCOMPARE(axis.m_max, std::nextafter(100.0, 200.0));
 
     axis.m_zoomed = true;
-    AbstractChartModel::assignRange(axis, 3.0, 4.0);
+    axis.assignRange(3.0, 4.0);
     QCOMPARE(axisText(axis), QString("[3,4] zoomed"));
     QCOMPARE(axis.m_recalculations, 2);
 }

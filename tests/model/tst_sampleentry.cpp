@@ -126,7 +126,7 @@ QString stepText(const QUndoStack &stack, int index)
 void pushZoom(AbstractChartModel &model, double min, double max)
 {
     auto *command = new ScaleCommand(&model);
-    AbstractChartModel::assignRange(*model.m_axisX, min, max);
+    model.m_axisX->assignRange(min, max);
     model.m_axisX->m_zoomed = true;
     model.m_undoStack->push(command);
 }

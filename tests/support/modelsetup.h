@@ -28,7 +28,7 @@ inline bool recalculated(AbstractChartModel &model)
 /// Zooms one axis by hand.
 inline void setZoomed(ChartAxis &axis, double min, double max)
 {
-    AbstractChartModel::assignRange(axis, min, max);
+    axis.assignRange(min, max);
     axis.m_zoomed = true;
 }
 

@@ -58,7 +58,7 @@ struct Chart
 
     static void setAxis(ChartAxis &axis, double min, double max)
     {
-        AbstractChartModel::assignRange(axis, min, max);
+        axis.assignRange(min, max);
         axis.m_zoomed = true;
     }
 

@@ -75,7 +75,7 @@ struct Chart
     void pushScale(double maxX)
     {
         auto *command = new ScaleCommand(model.get());
-        AbstractChartModel::assignRange(*model->m_axisX, 0.0, maxX);
+        model->m_axisX->assignRange(0.0, maxX);
         model->m_axisX->m_zoomed = true;
         model->m_undoStack->push(command);
     }

@@ -61,7 +61,7 @@ class PaneModel : public OpenModel
 public:
     PaneModel()
     {
-        assignRange(*m_axisX, 0.0, 100.0);
+        m_axisX->assignRange(0.0, 100.0);
         mainChart()->resize(PaneSize);
     }
 
