@@ -360,7 +360,8 @@ void AbstractChartModel::clearValues(AbstractChartSeries *series)
         }
         series->m_minValue = nullptr;
         series->m_maxValue = nullptr;
-        taken.swap(series->m_values);
+        taken = series->m_values; // shared, not copied
+        series->m_values.clear();
         adjustAxes(series, true);
     }
     qDeleteAll(taken); // Millions of records, and nobody has to wait for that.
