@@ -7,8 +7,8 @@
 /**
  * One sample.
  *
- * Allocated by the application with new and owned by the series from the moment it is handed in; the
- * library frees it as this plain record, so nothing may be derived from it.
+ * Allocated by the application with new and owned by the series from the moment it is handed in;
+ * the library frees it as this plain record, so nothing may be derived from it.
  */
 struct QUARVCHART_EXPORT ChartValue
 {
