@@ -43,6 +43,7 @@ private slots:
     void multiModeAppendsPaneForARowBeyondThePanes();
     void multiModeKeepsSeriesTogether();
     void modesSpreadAndGatherSeries();
+    void firstSeriesStaysInTheFirstPane();
     void modeThatIsSetDoesNothing();
     void emptyPanesAreKnownInMultiModeOnly();
     void modeGovernsTheActionsOfPanes();
@@ -259,6 +260,20 @@ void TestSynchronizeChart::modesSpreadAndGatherSeries()
 
     model.slotMultiMode();
     QCOMPARE(panesText(model), QString("a|b|c"));
+    QCOMPARE(model.mainChart(), first);
+}
+
+void TestSynchronizeChart::firstSeriesStaysInTheFirstPane()
+{
+    OpenModel model;
+    addSeries(model, "a");
+    addSeries(model, "b");
+    ChartWidget *first = model.mainChart();
+    model.appendChart(-1); // Empty, so that it goes.
+
+    model.slotMultiMode();
+
+    QCOMPARE(panesText(model), QString("a|b"));
     QCOMPARE(model.mainChart(), first);
 }
 
