@@ -360,8 +360,7 @@ void AbstractChartModel::clearValues(AbstractChartSeries *series)
         }
         series->m_minValue = nullptr;
         series->m_maxValue = nullptr;
-        taken = series->m_values; // shared, not copied
-        series->m_values.clear();
+        taken.swap(series->m_values);
         adjustAxes(series, true);
     }
     qDeleteAll(taken); // Millions of records, and nobody has to wait for that.
