@@ -15,10 +15,12 @@
 #include <QString>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 
 class AbstractChartSeries;
+class ChartAxis;
 class ChartWidget;
 class HorizontalChartAxis;
 class QAction;
@@ -324,6 +326,17 @@ protected:
     /// lock on the axes must be held.
     static std::optional<QPair<double, double>> finiteEndsX(const AbstractChartSeries &series);
 
+    /// Lowest and highest of these ends over all series; nothing if no series has any.
+    std::optional<QPair<double, double>> dataExtentX() const;
+
+    /// Gives the window of X a new lower bound and keeps its width; a bound that would not be
+    /// finite changes nothing.
+    void moveWindow(double minimum);
+
+    /// Frees all Y axes of their zoom and brings them up to date. The lock on the axes must be
+    /// held.
+    void followYAxes();
+
 private:
     friend class AxesLocker;
     friend class ChartWidget;
@@ -340,6 +353,9 @@ private:
     QAction *newAction(const QString &text, const char *image, const char *method,
                        QActionGroup *group = nullptr);
     void pushNamedAfterAction(ScaleCommand *command);
+    void nameAfterSender(ScaleCommand &command) const;
+    void zoomMainChart(QRectF (*targetOf)(const QRectF &plot));
+    void scrollX(const std::function<std::optional<double>(const ChartAxis &axis)> &minimumOf);
     bool confirm(const QString &question);
     static QString commandText(const QString &trigger);
     void styleNewSeries(AbstractChartSeries *series);

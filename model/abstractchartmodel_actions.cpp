@@ -3,9 +3,11 @@
 #include "series/abstractchartseries.h"
 #include "views/chartwidget.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QActionGroup>
 #include <QIcon>
+#include <QMenu>
 #include <QUndoStack>
 
 #include <algorithm>
@@ -115,9 +117,39 @@ void AbstractChartModel::createUndoActions()
     m_redoAction->setIcon(chartIcon("edit-redo.svg"));
 }
 
-void AbstractChartModel::configureActions() {}
+void AbstractChartModel::configureActions()
+{
+    const auto newSeparator = [this] {
+        auto *separator = new QAction(this);
+        separator->setSeparator(true);
+        return separator;
+    };
+    m_actions << m_singleModeAction << m_multiModeAction;
+    m_actions << newSeparator();
+    m_actions << m_addChartAction << m_removeChartAction << m_adjustSizeAction;
+    m_actions << newSeparator();
+    m_actions << m_selectModeAction << m_moveModeAction;
+    m_actions << newSeparator();
+    m_actions << m_zoomInAction << m_zoomOutAction << m_zoomInXAction << m_zoomOutXAction
+              << m_zoomInYAction << m_zoomOutYAction << m_undoZoomAction;
+    // One separator in two places: a widget keeps an action at its last place only, so zoom and
+    // scroll stand together and undo and redo apart. That appearance is wanted.
+    QAction *beforeUndo = newSeparator();
+    m_actions << beforeUndo;
+    m_actions << m_scrollDownAction << m_scrollToBeginAction << m_scrollBackAction << m_pauseAction
+              << m_scrollForwardAction << m_scrollToEndAction << m_scrollUpAction;
+    m_actions << beforeUndo;
+    m_actions << m_undoAction << m_redoAction;
+}
 
-void AbstractChartModel::addActionsToContextMenu(QMenu &) {}
+void AbstractChartModel::addActionsToContextMenu(QMenu &menu)
+{
+    menu.addAction(m_removeSeriesAction);
+    menu.addAction(m_removeAllSeriesAction);
+    menu.addAction(m_clearPointsAction);
+    menu.addSeparator();
+    menu.addAction(m_adjustColumnsAction);
+}
 
 void AbstractChartModel::updateActions()
 {
@@ -181,11 +213,28 @@ void AbstractChartModel::slotMultiMode()
     updateCharts();
 }
 
-void AbstractChartModel::slotAddChart() {}
+void AbstractChartModel::slotAddChart()
+{
+    appendChart(-1);
+    emit chartCountChanged();
+    updateActions();
+    updateCharts();
+}
 
-void AbstractChartModel::slotRemoveChart() {}
+void AbstractChartModel::slotRemoveChart()
+{
+    synchronizeChart();
+    updateCharts();
+}
 
-void AbstractChartModel::slotSeriesParentChanged() {}
+void AbstractChartModel::slotSeriesParentChanged()
+{
+    if (m_settings.autoRemoveEmptyChart) {
+        synchronizeChart();
+    }
+    updateCharts();
+    updateActions();
+}
 
 void AbstractChartModel::slotSelectMode()
 {
@@ -197,8 +246,37 @@ void AbstractChartModel::slotMoveMode()
     m_mouseMode = ChartWidget::MoveMode;
 }
 
-void AbstractChartModel::slotSelectionChanged(const QItemSelection &, const QItemSelection &) {}
+void AbstractChartModel::slotSelectionChanged(const QItemSelection &selected,
+                                              const QItemSelection &)
+{
+    const QList<AbstractChartSeries *> all = m_series;
+    for (int row = 0; row < all.size(); ++row) {
+        if (all.at(row)) {
+            all.at(row)->m_selected = selected.contains(index(row, 0));
+        }
+    }
+    repaintCharts();
+}
 
-void AbstractChartModel::slotContextMenuRequested(const QPoint &) {}
+void AbstractChartModel::slotCursorStateChanged(double pos, bool visible)
+{
+    const QList<ChartWidget *> charts = m_charts;
+    for (ChartWidget *chart : charts) {
+        if (chart) {
+            chart->changeCursorState(pos, visible);
+        }
+    }
+}
 
-void AbstractChartModel::slotCursorStateChanged(double, bool) {}
+void AbstractChartModel::slotContextMenuRequested(const QPoint &pos)
+{
+    const auto *view = qobject_cast<QAbstractItemView *>(QObject::parent());
+    if (!m_seriesEditable || m_series.isEmpty() || !view || !view->viewport()) {
+        return;
+    }
+    QMenu menu;
+    addActionsToContextMenu(menu);
+    if (!menu.isEmpty()) {
+        menu.exec(view->viewport()->mapToGlobal(pos));
+    }
+}

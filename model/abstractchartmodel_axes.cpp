@@ -53,7 +53,10 @@ QVector<ShownSeries> gatherShownSeries(const QList<AbstractChartSeries *> &all)
             continue;
         }
         const QRectF plot = series->m_chart->chartRect(QRectF());
-        if (series->m_matrix.isIdentity() && !series->m_pointThread->isRunning()) {
+        if (series->m_matrix.isIdentity()) {
+            if (series->m_pointThread->isRunning()) {
+                continue; // Started before it had a pane; its pixels mean nothing yet.
+            }
             series->updateMatrix(plot);
         }
         shown.append({series, plot});

@@ -118,6 +118,9 @@ void AbstractChartModel::completeAddSeries(AbstractChartSeries *series)
 {
     if (series) {
         const bool isFirst = m_series.isEmpty();
+        if (!m_charts.contains(series->m_chart)) {
+            series->m_chart = nullptr; // Dropped on a pane before it had a model; that may be gone.
+        }
         if (!series->m_axisX) {
             styleNewSeries(series);
         }

@@ -2,7 +2,6 @@
 
 #include "axes/horizontalchartaxis.h"
 #include "model/axeslocker_p.h"
-#include "series/abstractchartseries.h"
 
 #include <QAction>
 
@@ -19,18 +18,6 @@ void StaticChartModel::adjustAxisX()
     if (!m_axisX || m_axisX->m_zoomed) {
         return;
     }
-    std::optional<QPair<double, double>> extent;
-    for (const AbstractChartSeries *series : qAsConst(m_series)) {
-        const auto ends = series ? finiteEndsX(*series) : std::nullopt;
-        if (!ends) {
-            continue;
-        }
-        if (!extent) {
-            extent = ends;
-        }
-        extent->first = qMin(extent->first, ends->first);
-        extent->second = qMax(extent->second, ends->second);
-    }
-    const QPair<double, double> range = extent.value_or(qMakePair(0.0, 0.0));
+    const QPair<double, double> range = dataExtentX().value_or(qMakePair(0.0, 0.0));
     m_axisX->assignRange(range.first, range.second);
 }

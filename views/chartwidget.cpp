@@ -300,25 +300,3 @@ void ChartWidget::updateTimeLabel(const QPainter &painter, const QLineF &line,
     m_cursor->m_timeText = text;
     m_cursor->m_timeRect = box;
 }
-
-void ChartWidget::changeCursorState(double pos, bool visible)
-{
-    const bool shows = m_cursor->m_visible != visible || (visible && m_cursor->m_position != pos);
-    m_cursor->m_visible = visible;
-    m_cursor->m_position = pos;
-    if (shows) {
-        update();
-    }
-}
-
-void ChartWidget::restoreCursor()
-{
-    if (!m_model) {
-        return;
-    }
-    if (m_model->m_mouseMode == SelectMode) {
-        setCursor(Qt::CrossCursor);
-    } else if (m_model->m_mouseMode == MoveMode) {
-        setCursor(Qt::OpenHandCursor);
-    }
-}

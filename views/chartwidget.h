@@ -100,9 +100,20 @@ signals:
     void endMove();
 
 protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
+    bool isInFrame(const QPoint &point) const;
+    void startDrag(const QPoint &point);
+    bool takesDropOf(AbstractChartSeries *series) const;
     int sideSpace(bool isOuter) const;
     QPalette chartPalette() const;
     QTransform deviceTransform(const QRectF &target, const QRectF &chart) const;
