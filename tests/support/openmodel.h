@@ -9,24 +9,23 @@
 #include <QStringList>
 
 /**
- * A static model that opens the protected slots, answers QAbstractItemModelTester as it wants, and
- * takes its panes with it.
+ * A model of the class \p Base that opens the protected slots, answers QAbstractItemModelTester as
+ * it wants, and takes its panes with it.
  *
  * The panes have no parent in a test without windows, so somebody has to delete them.
  */
-class OpenModel : public StaticChartModel
+template <typename Base>
+class OpenedModel : public Base
 {
-    Q_OBJECT
-
 public:
-    OpenModel()
-        : StaticChartModel("QUARVChart5 tests", "tests")
+    OpenedModel()
+        : Base("QUARVChart5 tests", "tests")
     {
     }
-    ~OpenModel() override
+    ~OpenedModel() override
     {
-        while (!m_charts.isEmpty()) {
-            delete m_charts.takeLast();
+        while (!this->m_charts.isEmpty()) {
+            delete this->m_charts.takeLast();
         }
     }
 
@@ -34,24 +33,48 @@ public:
     /// parent on purpose.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override
     {
-        return parent.isValid() ? 0 : StaticChartModel::rowCount(parent);
+        return parent.isValid() ? 0 : Base::rowCount(parent);
     }
     int columnCount(const QModelIndex &parent = QModelIndex()) const override
     {
-        return parent.isValid() ? 0 : StaticChartModel::columnCount(parent);
+        return parent.isValid() ? 0 : Base::columnCount(parent);
     }
     Qt::ItemFlags flags(const QModelIndex &index) const override
     {
-        return index.isValid() ? StaticChartModel::flags(index) : Qt::ItemFlags();
+        return index.isValid() ? Base::flags(index) : Qt::ItemFlags();
     }
 
-    using AbstractChartModel::slotAddChart;
-    using AbstractChartModel::slotMultiMode;
-    using AbstractChartModel::slotPause;
-    using AbstractChartModel::slotRemoveChart;
-    using AbstractChartModel::slotSelectionChanged;
-    using AbstractChartModel::slotSeriesParentChanged;
-    using AbstractChartModel::slotSingleMode;
+    using Base::setScrollLocked;
+    using Base::slotAddChart;
+    using Base::slotContextMenuRequested;
+    using Base::slotCursorStateChanged;
+    using Base::slotMoveMode;
+    using Base::slotMultiMode;
+    using Base::slotPause;
+    using Base::slotRemoveChart;
+    using Base::slotScrollBack;
+    using Base::slotScrollDown;
+    using Base::slotScrollForward;
+    using Base::slotScrollToBegin;
+    using Base::slotScrollToEnd;
+    using Base::slotScrollUp;
+    using Base::slotSelectionChanged;
+    using Base::slotSelectMode;
+    using Base::slotSeriesParentChanged;
+    using Base::slotSingleMode;
+    using Base::slotUndoZoom;
+    using Base::slotZoomIn;
+    using Base::slotZoomInX;
+    using Base::slotZoomInY;
+    using Base::slotZoomOut;
+    using Base::slotZoomOutX;
+    using Base::slotZoomOutY;
+};
+
+/// A static model, opened.
+class OpenModel : public OpenedModel<StaticChartModel>
+{
+    Q_OBJECT
 };
 
 /// An axis as one text: "[0,600]", with " zoomed" behind it if it is.

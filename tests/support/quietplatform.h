@@ -4,9 +4,10 @@
 #include <QtGlobal>
 
 /**
- * Keeps the offscreen platform, while it lives, from warning that it gives no size hints to a
- * window manager. It does so for every window with a limited size, which says nothing about the
- * code under test. Every other message goes its way.
+ * Keeps the offscreen platform, while it lives, from warning of what it cannot do: it gives no size
+ * hints to a window manager, which shows with every window of a limited size, and neither raises a
+ * menu nor grabs the keyboard for it. That says nothing about the code under test. Every other
+ * message goes its way.
  */
 class QuietPlatform
 {
@@ -18,7 +19,7 @@ public:
 private:
     static void passOn(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
-        if (message != QLatin1String("This plugin does not support propagateSizeHints()")) {
+        if (!message.startsWith(QLatin1String("This plugin does not support "))) {
             s_previous(type, context, message);
         }
     }
