@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the library and the viewer of CSV files, and shows a recording in
-# it. Without a display it writes a picture instead. Can be called again cheaply.
+# Installs what is missing, builds the library and its examples, and shows what this machine is
+# doing in the live monitor. Without a display it watches for 20 seconds and writes a picture. Can be
+# called again cheaply.
 #
-#   ./demo.sh [FILE.csv]        default: a recording of a machine
+#   ./demo.sh                 the live monitor
+#   ./demo.sh FILE.csv        the viewer of CSV files
 set -euo pipefail
 
-file=$(realpath -- "${1:-$(dirname "${BASH_SOURCE[0]}")/examples/csvviewer/data/machine.csv}")
+file=${1:+$(realpath -- "$1")}
 cd "$(dirname "${BASH_SOURCE[0]}")"
 build=build/demo
 
@@ -15,12 +17,26 @@ cmake/install-packages.sh build-essential g++ cmake ninja-build qtbase5-dev libq
 # A warning that only another compiler knows must not spoil a demonstration.
 cmake --preset release -B "$build" -DQUARVCHART_BUILD_TESTS=OFF -DQUARVCHART_BUILD_BENCHMARKS=OFF \
     -DQUARVCHART_WARNINGS_AS_ERRORS=OFF
-cmake --build "$build" --target csvviewer
+cmake --build "$build" --target monitor csvviewer
 
-viewer=$build/examples/csvviewer/csvviewer
-if [[ -n ${DISPLAY:-} || -n ${WAYLAND_DISPLAY:-} ]]; then
-    exec "$viewer" "$file"
+has_display() {
+    [[ -n ${DISPLAY:-} || -n ${WAYLAND_DISPLAY:-} ]]
+}
+
+if [[ -n $file ]]; then
+    command=("$build/examples/csvviewer/csvviewer" "$file")
+    picture=$build/csvviewer.png
+    for_picture=()
+else
+    command=("$build/examples/monitor/monitor" --separate)
+    picture=$build/monitor.png
+    # High enough for ten panes.
+    for_picture=(--seconds 20 --window 20 --size 1200x1400)
 fi
-picture=$build/csvviewer.png
-"$viewer" "$file" --screenshot "$picture"
-echo "There is no display, so here is a picture: $PWD/$picture"
+
+if has_display; then
+    exec "${command[@]}"
+fi
+echo "There is no display; a picture comes in its place."
+"${command[@]}" "${for_picture[@]}" --screenshot "$picture"
+echo "Here it is: $PWD/$picture"

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "series/abstractchartseries.h"
+#include "common/namedseries.h"
 
 struct CsvColumn;
 
 /**
  * A column of a CSV file as a series.
  *
- * Prints numbers as the file does: with as many decimals, or with exponents if it has any. Its name
- * is the title of its Y axis too.
+ * Prints numbers as the file does: with as many decimals, or with exponents if it has any.
  */
-class CsvSeries : public AbstractChartSeries
+class CsvSeries : public NamedSeries
 {
     Q_OBJECT
 
@@ -19,17 +18,8 @@ public:
     /// the model. \p nameX becomes the title of a numeric X axis, cut if it is long.
     CsvSeries(const CsvColumn &column, const QString &nameX);
 
-    double minimumY() const override;
-    double maximumY() const override;
-    int precision() const override;
-    char format() const override;
-    QColor textColor(int state) override;
-    bool isValid(const ChartValue *value) const override;
     QString labelX() const override;
-    QString labelY() const override;
 
 private:
     const QString m_titleX;
-    const char m_format;
-    const int m_precision;
 };

@@ -1,16 +1,10 @@
 #include "launcher.h"
 
+#include "common/commandline.h"
+#include "common/screenshot.h"
+
 #include <QCoreApplication>
-#include <QEvent>
-#include <QImage>
-#include <QImageWriter>
 #include <QTextStream>
-
-namespace {
-
-constexpr int ExitFailure = 1;
-
-} // namespace
 
 Launcher::Launcher(const LaunchOptions &options)
     : m_options(options)
@@ -41,10 +35,7 @@ void Launcher::slotOpened()
         m_window.show();
         return;
     }
-    // For a picture the window stays hidden, so that no window manager changes its size. Painting
-    // it lays it out first: that gives the panes the size for which the curves are computed.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    m_window.grab();
+    layOutHidden(m_window);
 }
 
 void Launcher::slotFailed(const QString &message)
@@ -60,21 +51,11 @@ void Launcher::slotCancelled()
 void Launcher::slotChartsReady()
 {
     QString problem;
-    if (!writeScreenshot(&problem)) {
-        fail(QStringLiteral("%1: %2").arg(m_options.screenshot, problem));
+    if (!writeScreenshot(m_window, m_options.screenshot, &problem)) {
+        fail(problem);
         return;
     }
     QCoreApplication::quit();
-}
-
-bool Launcher::writeScreenshot(QString *problem)
-{
-    QImage image(m_window.size(), QImage::Format_RGB32);
-    m_window.render(&image);
-    QImageWriter writer(m_options.screenshot, "png");
-    const bool written = writer.write(image);
-    *problem = writer.errorString();
-    return written;
 }
 
 void Launcher::fail(const QString &message)

@@ -37,7 +37,6 @@ private slots:
 
 private:
     void fail(const QString &message);
-    bool writeScreenshot(QString *problem);
 
     const LaunchOptions m_options;
     ViewerWindow m_window;

@@ -1,51 +1,13 @@
 #include "launcher.h"
 
+#include "common/commandline.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QTextStream>
 
 #include <optional>
 
 namespace {
-
-constexpr int ExitFailure = 1;
-constexpr int SmallestSide = 200; // pixels of a window in which something can be seen
-constexpr int LargestSide = 8192;
-
-const char PlatformVariable[] = "QT_QPA_PLATFORM";
-
-/// Chooses the platform that draws into memory where there is no display, for want of which Qt
-/// would end the program. Returns whether it did. Must come before QApplication.
-bool drawIntoMemoryWithoutDisplay()
-{
-    if (!qEnvironmentVariableIsEmpty("DISPLAY") ||
-        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-        !qEnvironmentVariableIsEmpty(PlatformVariable)) {
-        return false;
-    }
-    qputenv(PlatformVariable, "offscreen");
-    return true;
-}
-
-/// Reads "1200x800".
-std::optional<QSize> parseSize(const QString &text)
-{
-    const auto parseSide = [](const QString &side) -> std::optional<int> {
-        bool isNumber = false;
-        const int pixels = side.toInt(&isNumber);
-        if (!isNumber || pixels < SmallestSide || pixels > LargestSide) {
-            return std::nullopt;
-        }
-        return pixels;
-    };
-    const QStringList sides = text.split('x');
-    const std::optional<int> width = parseSide(sides.first());
-    const std::optional<int> height = parseSide(sides.last());
-    if (sides.size() != 2 || !width || !height) {
-        return std::nullopt;
-    }
-    return QSize(*width, *height);
-}
 
 class CommandLine
 {
@@ -96,12 +58,8 @@ std::optional<LaunchOptions> CommandLine::parse(QString *problem)
         *problem = tr("--screenshot needs a file to show and a file to write");
         return std::nullopt;
     }
-    const std::optional<QSize> size = parseSize(m_parser.value(m_size));
+    const std::optional<QSize> size = parseSize(m_parser.value(m_size), problem);
     if (!size) {
-        *problem = tr("--size wants WxH, each from %1 to %2, and not \"%3\"")
-                       .arg(SmallestSide)
-                       .arg(LargestSide)
-                       .arg(m_parser.value(m_size));
         return std::nullopt;
     }
     options.size = *size;
@@ -115,12 +73,6 @@ std::optional<LaunchOptions> CommandLine::parse(QString *problem)
         options.paneMode = ViewerWindow::CombinedPanes;
     }
     return options;
-}
-
-int failWith(const QString &message)
-{
-    QTextStream(stderr) << QCoreApplication::applicationName() << ": " << message << '\n';
-    return ExitFailure;
 }
 
 } // namespace

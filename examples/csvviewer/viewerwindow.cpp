@@ -3,73 +3,37 @@
 #include "csvloader.h"
 #include "csvseries.h"
 
+#include "common/panestack.h"
 #include "model/staticchartmodel.h"
-#include "views/chartwidget.h"
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QIcon>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPalette>
 #include <QProgressBar>
 #include <QProgressDialog>
-#include <QScrollArea>
-#include <QSplitter>
 #include <QUndoStack>
-
-#include <algorithm>
-#include <iterator>
 
 namespace {
 
-constexpr int LowestPlot = 40;       // pixels between top and bottom of the frame
 constexpr int ProgressDelay = 500;   // milliseconds: a shorter load needs no dialog
 constexpr int ProgressMaximum = 100; // percent
-
-// Bright colours, in which labels can be read on the dark margins, and a grid that stays behind the
-// curves.
-constexpr QRgb MarginColor = 0xff202020;
-constexpr QRgb TextColor = 0xffe0e0e0;
-constexpr QRgb GridColor = 0xff606060;
-constexpr QRgb SeriesColors[SeriesColorCount] = {0xffff6b6b, 0xff5fd75f, 0xff6fa8ff, 0xff45d5d5,
-                                                 0xffe884e8, 0xffffb454, 0xffc5a3ff, 0xffd8d860,
-                                                 0xffd2a27c, 0xffb8c4d0};
 
 } // namespace
 
 ViewerWindow::ViewerWindow(PaneMode paneMode, QWidget *parent)
     : QMainWindow(parent)
     , m_paneMode(paneMode)
-    , m_panes(new QSplitter(Qt::Vertical))
     , m_loader(new CsvLoader(this))
 {
     setWindowIcon(QIcon(QStringLiteral(":/chart/images/chart.svg")));
     setWindowTitle(QCoreApplication::applicationName());
-    createPanes();
     createModel();
     createMenus();
     connect(m_loader, SIGNAL(loaded(CsvResult)), SLOT(slotLoaded(CsvResult)));
-}
-
-void ViewerWindow::createPanes()
-{
-    QPalette palette = m_panes->palette();
-    palette.setColor(QPalette::Window, QColor(MarginColor));
-    palette.setColor(QPalette::WindowText, QColor(TextColor));
-    m_panes->setPalette(palette);
-    m_panes->setAutoFillBackground(true);
-    m_panes->setChildrenCollapsible(false);
-
-    // More panes than fit into the window scroll.
-    auto *scrollArea = new QScrollArea;
-    scrollArea->setFrameShape(QFrame::NoFrame);
-    scrollArea->setWidgetResizable(true);
-    scrollArea->setWidget(m_panes);
-    setCentralWidget(scrollArea);
 }
 
 void ViewerWindow::createModel()
@@ -82,14 +46,12 @@ void ViewerWindow::createModel()
     ChartSettings &settings = m_model->m_settings;
     settings.individualScale = true;
     settings.autoScaleY = true;
-    settings.gridColor = QColor(GridColor);
-    std::copy(std::begin(SeriesColors), std::end(SeriesColors), settings.seriesSettings.colors);
+    PaneStack::setColors(settings);
     m_model->applyChartSettings();
 
-    connect(m_model, SIGNAL(chartCountChanged()), SLOT(slotChartCountChanged()));
-    connect(m_panes, SIGNAL(splitterMoved(int, int)), SLOT(slotSplitterMoved()));
-    m_panes->installEventFilter(this);
-    slotChartCountChanged(); // A new model has a pane already.
+    auto *panes = new PaneStack(*m_model);
+    connect(panes, SIGNAL(chartsReady()), SIGNAL(chartsReady()));
+    setCentralWidget(panes);
 }
 
 void ViewerWindow::createMenus()
@@ -197,11 +159,7 @@ void ViewerWindow::showTable(CsvTable &table)
 
     QList<AbstractChartSeries *> allSeries;
     for (const CsvColumn &column : table.columns) {
-        auto *series = new CsvSeries(column, table.nameX);
-        // Queued, so that the model has heard of it first.
-        connect(series, SIGNAL(updatePointsFinished()), SLOT(slotPointsFinished()),
-                Qt::QueuedConnection);
-        allSeries.append(series);
+        allSeries.append(new CsvSeries(column, table.nameX));
     }
     applyPaneMode(allSeries.size());
     m_model->addSeries(allSeries);
@@ -217,65 +175,4 @@ void ViewerWindow::applyPaneMode(int columnCount)
         m_paneMode == AutomaticPanes ? columnCount > 1 : m_paneMode == SeparatePanes;
     QAction *action = separate ? m_model->m_multiModeAction : m_model->m_singleModeAction;
     action->trigger();
-}
-
-/// Brings the splitter in line with the model's panes; those that the model has deleted have left
-/// it by themselves.
-void ViewerWindow::slotChartCountChanged()
-{
-    const QList<ChartWidget *> charts = m_model->m_charts;
-    for (int i = 0; i < charts.size(); ++i) {
-        if (m_panes->widget(i) != charts.at(i)) {
-            m_panes->insertWidget(i, charts.at(i));
-            charts.at(i)->installEventFilter(this);
-        }
-    }
-    // First and last pane may be others than before, and those have more around their plot.
-    for (ChartWidget *chart : charts) {
-        chart->setMinimumHeight(chart->topSpace() + LowestPlot + chart->bottomSpace());
-    }
-    m_heightsChosen = false;
-    fitPanes();
-}
-
-void ViewerWindow::slotSplitterMoved()
-{
-    m_heightsChosen = true;
-}
-
-/// Gives all plots, and not all panes, the same height.
-void ViewerWindow::fitPanes()
-{
-    const QList<ChartWidget *> charts = m_model->m_charts;
-    int room = m_panes->height() - (charts.size() - 1) * m_panes->handleWidth();
-    for (const ChartWidget *chart : charts) {
-        room -= chart->topSpace() + chart->bottomSpace();
-    }
-    QList<int> heights;
-    for (int left = charts.size(); left > 0; --left) {
-        const ChartWidget *chart = charts.at(heights.size());
-        const int plot = qMax(room / left, LowestPlot); // the last ones get the remainder
-        room -= plot;
-        heights.append(chart->topSpace() + plot + chart->bottomSpace());
-    }
-    m_panes->setSizes(heights);
-}
-
-void ViewerWindow::slotPointsFinished()
-{
-    if (!m_model->updatePointsInProgress() && !m_model->m_chartsUpdatePending) {
-        emit chartsReady();
-    }
-}
-
-bool ViewerWindow::eventFilter(QObject *object, QEvent *event)
-{
-    if (event->type() == QEvent::Resize) {
-        if (object != m_panes) {
-            m_model->updateCharts(); // The points are pixels of the former size.
-        } else if (!m_heightsChosen) {
-            fitPanes();
-        }
-    }
-    return QMainWindow::eventFilter(object, event);
 }

@@ -7,9 +7,9 @@
 #include <QString>
 
 class CsvLoader;
+class PaneStack;
 class QAction;
 class QProgressDialog;
-class QSplitter;
 class StaticChartModel;
 
 /**
@@ -50,32 +50,22 @@ signals:
     /// The curves have been computed for the present size of the panes.
     void chartsReady();
 
-protected:
-    bool eventFilter(QObject *object, QEvent *event) override;
-
 private slots:
     void slotOpen();
     void slotCancel();
     void slotLoaded(const CsvResult &result);
-    void slotChartCountChanged();
-    void slotSplitterMoved();
-    void slotPointsFinished();
 
 private:
-    void createPanes();
     void createModel();
     void createMenus();
     void showProgress();
     void reportError(const QString &message);
     void showTable(CsvTable &table);
     void applyPaneMode(int columnCount);
-    void fitPanes();
 
     const PaneMode m_paneMode;
     bool m_dialogsShown = true;
     StaticChartModel *m_model = nullptr; ///< Child.
-    QSplitter *m_panes;                  ///< The model's panes, from top to bottom.
-    bool m_heightsChosen = false;        ///< The user has moved panes: keep their heights.
     QAction *m_openAction = nullptr;     ///< Disabled while a file is loading.
     CsvLoader *m_loader;                 ///< Child.
     QString m_fileName;                  ///< The file that is loading, or else the last one.

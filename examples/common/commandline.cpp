@@ -1,0 +1,58 @@
+#include "commandline.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+#include <QTextStream>
+
+namespace {
+
+constexpr int SmallestSide = 200; // pixels of a window in which something can be seen
+constexpr int LargestSide = 8192;
+
+const char PlatformVariable[] = "QT_QPA_PLATFORM";
+
+std::optional<int> parseSide(const QString &text)
+{
+    bool isNumber = false;
+    const int pixels = text.toInt(&isNumber);
+    if (!isNumber || pixels < SmallestSide || pixels > LargestSide) {
+        return std::nullopt;
+    }
+    return pixels;
+}
+
+} // namespace
+
+bool drawIntoMemoryWithoutDisplay()
+{
+    if (!qEnvironmentVariableIsEmpty("DISPLAY") ||
+        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+        !qEnvironmentVariableIsEmpty(PlatformVariable)) {
+        return false;
+    }
+    qputenv(PlatformVariable, "offscreen");
+    return true;
+}
+
+std::optional<QSize> parseSize(const QString &text, QString *problem)
+{
+    const QStringList sides = text.split('x');
+    const std::optional<int> width = parseSide(sides.first());
+    const std::optional<int> height = parseSide(sides.last());
+    if (sides.size() != 2 || !width || !height) {
+        *problem = QCoreApplication::translate("CommandLine",
+                                               "--size wants WxH, each from %1 to %2, and not "
+                                               "\"%3\"")
+                       .arg(SmallestSide)
+                       .arg(LargestSide)
+                       .arg(text);
+        return std::nullopt;
+    }
+    return QSize(*width, *height);
+}
+
+int failWith(const QString &message)
+{
+    QTextStream(stderr) << QCoreApplication::applicationName() << ": " << message << '\n';
+    return ExitFailure;
+}
