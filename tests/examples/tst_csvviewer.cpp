@@ -1,44 +1,17 @@
+#include "support/programrun.h"
+
 #include <QFile>
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
-constexpr int TimeLimit = 60000; // milliseconds, of which the program needs few
-
-struct Outcome
-{
-    int exitCode = -1; ///< -1 if the program did not end by itself.
-    QString output;
-    QString errors;
-};
-
 Outcome run(const QStringList &arguments,
             const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(CSVVIEWER, arguments);
-    Outcome outcome;
-    if (process.waitForFinished(TimeLimit) && process.exitStatus() == QProcess::NormalExit) {
-        outcome.exitCode = process.exitCode();
-    }
-    outcome.output = QString::fromLocal8Bit(process.readAllStandardOutput());
-    outcome.errors = QString::fromLocal8Bit(process.readAllStandardError());
-    return outcome;
-}
-
-/// An environment as over a plain remote shell.
-QProcessEnvironment withoutDisplay()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("DISPLAY");
-    environment.remove("WAYLAND_DISPLAY");
-    environment.remove("QT_QPA_PLATFORM");
-    return environment;
+    return runProgram(CSVVIEWER, arguments, environment);
 }
 
 int countPixels(const QImage &image, const QColor &color)

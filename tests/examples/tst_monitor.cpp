@@ -1,9 +1,9 @@
 #include "csvreader.h"
+#include "support/programrun.h"
 
 #include <QFile>
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -13,43 +13,10 @@
 
 namespace {
 
-constexpr int TimeLimit = 60000; // milliseconds, of which the program needs few
-
-struct Outcome
-{
-    int exitCode = -1; ///< -1 if the program did not end by itself.
-    QString output;
-    QString errors;
-};
-
-Outcome outcomeOf(QProcess &process)
-{
-    Outcome outcome;
-    if (process.waitForFinished(TimeLimit) && process.exitStatus() == QProcess::NormalExit) {
-        outcome.exitCode = process.exitCode();
-    }
-    outcome.output = QString::fromLocal8Bit(process.readAllStandardOutput());
-    outcome.errors = QString::fromLocal8Bit(process.readAllStandardError());
-    return outcome;
-}
-
 Outcome run(const QStringList &arguments,
             const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(MONITOR, arguments);
-    return outcomeOf(process);
-}
-
-/// An environment as over a plain remote shell.
-QProcessEnvironment withoutDisplay()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("DISPLAY");
-    environment.remove("WAYLAND_DISPLAY");
-    environment.remove("QT_QPA_PLATFORM");
-    return environment;
+    return runProgram(MONITOR, arguments, environment);
 }
 
 bool isOfOneColor(const QImage &image)
@@ -222,7 +189,7 @@ void TestMonitor::endsCleanlyWhenInterrupted()
     QProcess process;
     process.start(MONITOR, {"--interval", "50", "--record", recording, "--proc", m_folder.path()});
     QVERIFY(process.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(QFile(recording).size() > 100, TimeLimit); // It is feeding.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile(recording).size() > 100, ProgramTimeLimit); // It is feeding.
     ::kill(pid_t(process.processId()), number);
 
     const Outcome outcome = outcomeOf(process);

@@ -3,6 +3,7 @@
 #include "support/limitedseries.h"
 #include "support/modelsetup.h"
 #include "support/opendynamicmodel.h"
+#include "support/paintcounter.h"
 #include "support/popupwatcher.h"
 #include "views/chartcursor.h"
 
@@ -940,21 +941,9 @@ void TestActions::selectionPassesOverNullEntries()
 
 void TestActions::selectionRepaints()
 {
-    class PaintCounter : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            m_paints += event->type() == QEvent::Paint ? 1 : 0;
-            return false;
-        }
-        int m_paints = 0;
-    };
-
     OpenModel model;
     addSeries(model, "a");
-    PaintCounter counter;
-    model.mainChart()->installEventFilter(&counter);
+    PaintCounter counter(model.mainChart());
     model.mainChart()->show();
     QTRY_VERIFY(counter.m_paints > 0);
     QVERIFY(settled(model));

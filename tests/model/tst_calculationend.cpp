@@ -2,30 +2,12 @@
 
 #include "support/gatedseries.h"
 #include "support/modelsetup.h"
+#include "support/paintcounter.h"
 #include "undo/scalecommand.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 #include <QUndoStack>
-
-namespace {
-
-/// Counts the repaints of a shown pane.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget *watched) { watched->installEventFilter(this); }
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        m_paints += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-
-    int m_paints = 0;
-};
-
-} // namespace
 
 class TestCalculationEnd : public QObject
 {

@@ -2,6 +2,7 @@
 
 #include "model/chartmimedata.h"
 #include "support/gatedseries.h"
+#include "support/paintcounter.h"
 #include "support/recordingmodel.h"
 #include "undo/scalecommand.h"
 #include "views/chartcursor.h"
@@ -851,24 +852,12 @@ void TestModelFrame::updateTellsLegendThenCalculates()
 
 void TestModelFrame::repaintsPanesWithoutCalculation()
 {
-    class PaintCounter : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            m_paints += event->type() == QEvent::Paint ? 1 : 0;
-            return false;
-        }
-
-        int m_paints = 0;
-    };
     BareModel model;
     addPlain(model, "a");
     QVERIFY(settled(model));
-    PaintCounter counters[2];
     ChartWidget *panes[] = {model.mainChart(), model.appendChart(-1)};
+    PaintCounter counters[] = {PaintCounter(panes[0]), PaintCounter(panes[1])};
     for (int i = 0; i < 2; ++i) {
-        panes[i]->installEventFilter(&counters[i]);
         panes[i]->show();
         QVERIFY(QTest::qWaitForWindowExposed(panes[i]));
         QTRY_VERIFY(counters[i].m_paints > 0);

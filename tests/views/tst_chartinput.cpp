@@ -4,6 +4,7 @@
 #include "support/limitedseries.h"
 #include "support/modelsetup.h"
 #include "support/paintcalltext.h"
+#include "support/paintcounter.h"
 #include "support/popupwatcher.h"
 #include "views/chartcursor.h"
 
@@ -186,29 +187,6 @@ private:
     }
 
     QStringList m_log;
-};
-
-/// Counts how often a widget is painted.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget *widget) { widget->installEventFilter(this); }
-
-    /// Paintings since the last call, those included that are due.
-    int take()
-    {
-        QCoreApplication::processEvents();
-        return std::exchange(m_count, 0);
-    }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        m_count += event->type() == QEvent::Paint;
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    int m_count = 0;
 };
 
 /// What the wheel's zoom is to be, step by step.

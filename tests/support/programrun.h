@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+/// How a program ended, and what it said.
+struct Outcome
+{
+    int exitCode = -1; ///< -1 if the program did not end by itself.
+    QString output;
+    QString errors;
+};
+
+constexpr int ProgramTimeLimit = 60000; // milliseconds, of which a program needs few
+
+/// Waits for the end of a started program, but not for ever.
+inline Outcome outcomeOf(QProcess &process)
+{
+    Outcome outcome;
+    if (process.waitForFinished(ProgramTimeLimit) && process.exitStatus() == QProcess::NormalExit) {
+        outcome.exitCode = process.exitCode();
+    }
+    outcome.output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    outcome.errors = QString::fromLocal8Bit(process.readAllStandardError());
+    return outcome;
+}
+
+/// Runs \p program to its end.
+inline Outcome
+runProgram(const QString &program, const QStringList &arguments,
+           const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    return outcomeOf(process);
+}
+
+/// An environment as over a plain remote shell.
+inline QProcessEnvironment withoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    environment.remove("QT_QPA_PLATFORM");
+    return environment;
+}
