@@ -2,8 +2,8 @@
 
 #include "axes/horizontalchartaxis.h"
 #include "common/namedseries.h"
-#include "model/dynamicchartmodel.h"
 #include "recorder.h"
+#include "support/opendynamicmodel.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -20,8 +20,7 @@ constexpr double Keep = 5.0; // seconds
 struct Chart
 {
     explicit Chart(const QString &folder)
-        : model("Test", "Feeder")
-        , series(new NamedSeries("Load", 'f', 2))
+        : series(new NamedSeries("Load", 'f', 2))
         , counters(folder)
         , quantities(quantitiesOf(counters.read(), 1))
     {
@@ -41,7 +40,7 @@ struct Chart
         return series->m_values.size();
     }
 
-    DynamicChartModel model;
+    OpenDynamicModel model;
     NamedSeries *series; ///< The model's.
     ProcCounters counters;
     std::vector<Quantity> quantities;

@@ -20,6 +20,7 @@
 #include <QUndoStack>
 
 #include <iterator>
+#include <memory>
 
 using Permission = bool LimitedSeries::*;
 
@@ -478,7 +479,8 @@ void TestActions::pauseAsksTheSettings()
 {
     QFETCH(bool, dynamicGrid);
     OpenDynamicModel model;
-    addSeries(model, "a");
+    // Removed below without a command that would own it.
+    const std::unique_ptr<PlainSeries> series(addSeries(model, "a"));
     model.m_settings.dynamicGrid = dynamicGrid;
     model.setDynamicGrid(!dynamicGrid); // Not what the rule looks at.
 
