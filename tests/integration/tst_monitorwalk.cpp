@@ -220,11 +220,14 @@ bool TestMonitorWalk::click(QAction *action) const
     return m_screen.act(moveTo(centerOf(action)) + QStringList{"click", "1"}) && restMouse();
 }
 
+/// Holds before the release: a step that comes while points are computed waits for their end, and
+/// the undo step of a drag knows what the axes show at the release.
 bool TestMonitorWalk::drag(const QPoint &from, const QPoint &to) const
 {
+    constexpr int Samples = 8; // 400 ms
     return m_screen.act(moveTo(from) + QStringList{"mousedown", "1"} + moveTo((from + to) / 2) +
-                        moveTo(to) + QStringList{"mouseup", "1"}) &&
-           restMouse();
+                        moveTo(to)) &&
+           waitForSamples(Samples) && m_screen.act({"mouseup", "1"}) && restMouse();
 }
 
 /// Puts the mouse where it changes nothing: outside the window.
