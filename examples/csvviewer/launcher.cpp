@@ -16,7 +16,6 @@ Launcher::Launcher(const LaunchOptions &options)
     connect(&m_window, SIGNAL(cancelled()), SLOT(slotCancelled()));
     if (!m_options.screenshot.isEmpty()) {
         m_window.setDialogsShown(false);
-        connect(&m_window, SIGNAL(chartsReady()), SLOT(slotChartsReady()));
     }
 }
 
@@ -35,6 +34,7 @@ void Launcher::slotOpened()
         m_window.show();
         return;
     }
+    connect(&m_window, SIGNAL(chartsReady()), SLOT(slotChartsReady()));
     layOutHidden(m_window);
 }
 

@@ -15,6 +15,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QProgressDialog>
+#include <QTimer>
 #include <QUndoStack>
 
 namespace {
@@ -123,7 +124,7 @@ void ViewerWindow::slotCancel()
 void ViewerWindow::slotLoaded(const CsvResult &result)
 {
     delete m_progress;
-    m_openAction->setEnabled(true);
+    m_openAction->setEnabled(!result.table);
     if (result.cancelled) {
         emit cancelled();
         return;
@@ -132,7 +133,26 @@ void ViewerWindow::slotLoaded(const CsvResult &result)
         reportError(result.error.text(m_fileName));
         return;
     }
-    showTable(*result.table);
+    m_incoming = result.table;
+    m_nextColumn = 0;
+    replaceSeries();
+    slotEnterColumn();
+}
+
+/// A column for each turn of the event loop: millions of samples take their time, and the window
+/// has to stay alive meanwhile.
+void ViewerWindow::slotEnterColumn()
+{
+    if (m_nextColumn < m_incoming->columns.size()) {
+        AbstractChartSeries *series = m_model->m_series.at(int(m_nextColumn));
+        m_model->addValues(series, m_incoming->columns.at(m_nextColumn).takeSamples());
+        ++m_nextColumn;
+        QTimer::singleShot(0, this, SLOT(slotEnterColumn()));
+        return;
+    }
+    m_incoming.reset();
+    m_openAction->setEnabled(true);
+    m_model->updateCharts();
     setWindowTitle(
         tr("%1 - %2").arg(QFileInfo(m_fileName).fileName(), QCoreApplication::applicationName()));
     emit opened();
@@ -150,23 +170,19 @@ void ViewerWindow::reportError(const QString &message)
     emit failed(message);
 }
 
-void ViewerWindow::showTable(CsvTable &table)
+void ViewerWindow::replaceSeries()
 {
     m_model->removeAllSeries();
     m_model->undoZoom();
     m_model->m_undoStack->clear(); // Its steps lead to axes of the former file.
-    m_model->setUseDateTimeScaleX(table.dateTime);
+    m_model->setUseDateTimeScaleX(m_incoming->dateTime);
 
     QList<AbstractChartSeries *> allSeries;
-    for (const CsvColumn &column : table.columns) {
-        allSeries.append(new CsvSeries(column, table.nameX));
+    for (const CsvColumn &column : m_incoming->columns) {
+        allSeries.append(new CsvSeries(column, m_incoming->nameX));
     }
     applyPaneMode(allSeries.size());
     m_model->addSeries(allSeries);
-    for (int i = 0; i < allSeries.size(); ++i) {
-        m_model->addValues(allSeries.at(i), table.columns.at(size_t(i)).takeSamples());
-    }
-    m_model->updateCharts();
 }
 
 void ViewerWindow::applyPaneMode(int columnCount)

@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QString>
 
+#include <memory>
+
 class CsvLoader;
 class PaneStack;
 class QAction;
@@ -54,20 +56,23 @@ private slots:
     void slotOpen();
     void slotCancel();
     void slotLoaded(const CsvResult &result);
+    void slotEnterColumn();
 
 private:
     void createModel();
     void createMenus();
     void showProgress();
     void reportError(const QString &message);
-    void showTable(CsvTable &table);
+    void replaceSeries();
     void applyPaneMode(int columnCount);
 
     const PaneMode m_paneMode;
     bool m_dialogsShown = true;
-    StaticChartModel *m_model = nullptr; ///< Child.
-    QAction *m_openAction = nullptr;     ///< Disabled while a file is loading.
-    CsvLoader *m_loader;                 ///< Child.
-    QString m_fileName;                  ///< The file that is loading, or else the last one.
+    StaticChartModel *m_model = nullptr;  ///< Child.
+    QAction *m_openAction = nullptr;      ///< Disabled while a file is loading.
+    CsvLoader *m_loader;                  ///< Child.
+    std::shared_ptr<CsvTable> m_incoming; ///< What the model is being given; null at other times.
+    size_t m_nextColumn = 0;              ///< The first of its columns that the model has not got.
+    QString m_fileName;                   ///< The file that is loading, or else the last one.
     QPointer<QProgressDialog> m_progress;
 };
