@@ -22,10 +22,17 @@ public:
     static QColor defaultGridColor();       ///< White.
     static QColor defaultCursorColor();     ///< Orange: 255, 170, 0.
 
-    /// Fills the record from the store, under \p group ("chart" if empty).
+    /**
+     * Fills the record from the store, under \p group ("chart" if empty).
+     *
+     * A missing key gives its default, whatever the member held, but leaves the splitter states
+     * alone. No value is checked: an unreadable number gives 0, an unreadable flag false, and an
+     * unreadable colour an invalid one, in whose place panes and cursor paint the default.
+     */
     void loadSettings(QString group);
 
-    /// Writes the record to the store, under \p group ("chart" if empty).
+    /// Writes the record to the store, under \p group ("chart" if empty). Removes nothing: an empty
+    /// legendState and absent splitter states leave what is stored. Failures are silent.
     void saveSettings(QString group);
 
     QString organization; ///< First name of the store, as QSettings takes it.
