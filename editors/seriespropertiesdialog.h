@@ -28,11 +28,10 @@ public:
                                     Qt::WindowFlags flags = Qt::WindowFlags());
     ~SeriesPropertiesDialog() override;
 
+    void accept() override;
+
     Ui_SeriesPropertiesDialog *ui; ///< The form; owned.
     AbstractChartSeries *m_series; ///< Not owned; null for none.
-
-public slots:
-    void accept() override;
 
 private:
     bool isChanged() const;
