@@ -6,8 +6,10 @@
 #include "views/chartwidget.h"
 
 #include <QHeaderView>
+#include <QMessageBox>
 #include <QToolBar>
 #include <QTreeView>
+#include <QVector>
 
 #include <algorithm>
 #include <numeric>
@@ -19,6 +21,7 @@ MultiChart::MultiChart(QWidget *parent)
 {
     ui->setupUi(this);
     QTreeView *legend = ui->legendView;
+    m_livingLegend = legend;
     legend->header()->setSectionsMovable(false);
     legend->setContextMenuPolicy(Qt::CustomContextMenu);
     legend->setDragEnabled(true);
@@ -32,6 +35,14 @@ MultiChart::MultiChart(QWidget *parent)
 
 MultiChart::~MultiChart()
 {
+    // A question of the model that is open over this very widget stands on the stack and must not
+    // die as a child does. Losing its parent closes it.
+    const auto boxes = findChildren<QMessageBox *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QMessageBox *box : boxes) {
+        if (box->isVisible()) {
+            box->setParent(nullptr, box->windowFlags());
+        }
+    }
     delete ui;
 }
 
@@ -81,6 +92,11 @@ void MultiChart::connectModel()
 void MultiChart::slotModelDestroyed()
 {
     m_model = nullptr;
+    // Else the legend goes on selecting in what is gone, which Qt logs. It may be dying itself, and
+    // is no tree view any more then.
+    if (auto *legend = qobject_cast<QTreeView *>(static_cast<QObject *>(ui->legendView))) {
+        legend->setModel(nullptr);
+    }
 }
 
 void MultiChart::slotSaveSettings()
@@ -117,17 +133,19 @@ void MultiChart::slotChartCountChanged()
         return;
     }
     restoreState(m_splitterStates.value(charts.size()));
-    if (!showsPanes()) {
-        slotAdjustSize(); // A layout in which nothing can be seen is no layout to come back to.
+    if (showsLegendOnly()) {
+        // The layout of a widget that was never shown. slotAdjustSize() shares out no more than the
+        // panes have, so all get some room first.
+        setSizes(QVector<int>(count(), height() / count()).toList());
+        slotAdjustSize();
     }
     updateCharts();
 }
 
-bool MultiChart::showsPanes() const
+bool MultiChart::showsLegendOnly() const
 {
     const QList<int> heights = sizes();
-    return std::any_of(heights.cbegin(), std::prev(heights.cend()),
-                       [](int height) { return height > 0; });
+    return heights.last() > 0 && std::count(heights.cbegin(), heights.cend(), 0) == count() - 1;
 }
 
 void MultiChart::slotSavePosition()

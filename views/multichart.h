@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QMap>
+#include <QPointer>
 #include <QSplitter>
 
 class AbstractChartModel;
@@ -84,6 +85,8 @@ private slots:
 
 private:
     void connectModel();
-    bool showsPanes() const;
+    bool showsLegendOnly() const;
     void updateCharts();
+
+    QPointer<QTreeView> m_livingLegend; ///< The model may die because the legend is dying.
 };
