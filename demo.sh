@@ -11,7 +11,7 @@ file=${1:+$(realpath -- "$1")}
 cd "$(dirname "${BASH_SOURCE[0]}")"
 build=build/demo
 
-cmake/install-packages.sh build-essential g++ cmake ninja-build qtbase5-dev libqt5svg5 \
+cmake/install-packages.sh build-essential g++ cmake ninja-build qtbase5-dev libqt5svg5-dev \
     fonts-dejavu-core
 
 # A warning that only another compiler knows must not spoil a demonstration.

@@ -10,6 +10,18 @@ constexpr int SmallestSide = 200; // pixels of a window in which something can b
 constexpr int LargestSide = 8192;
 
 const char PlatformVariable[] = "QT_QPA_PLATFORM";
+const char IntoMemory[] = "offscreen";
+
+QtMessageHandler s_formerHandler = nullptr;
+
+/// Leaves out that this platform passes no hints about the size of a window to a window manager:
+/// there is none.
+void passMessageOn(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (!message.startsWith(QLatin1String("This plugin does not support "))) {
+        s_formerHandler(type, context, message);
+    }
+}
 
 std::optional<int> parseSide(const QString &text)
 {
@@ -25,13 +37,16 @@ std::optional<int> parseSide(const QString &text)
 
 bool drawIntoMemoryWithoutDisplay()
 {
-    if (!qEnvironmentVariableIsEmpty("DISPLAY") ||
-        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-        !qEnvironmentVariableIsEmpty(PlatformVariable)) {
-        return false;
+    const bool withoutDisplay = qEnvironmentVariableIsEmpty("DISPLAY") &&
+                                qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+                                qEnvironmentVariableIsEmpty(PlatformVariable);
+    if (withoutDisplay) {
+        qputenv(PlatformVariable, IntoMemory);
     }
-    qputenv(PlatformVariable, "offscreen");
-    return true;
+    if (qgetenv(PlatformVariable) == IntoMemory) {
+        s_formerHandler = qInstallMessageHandler(passMessageOn);
+    }
+    return withoutDisplay;
 }
 
 std::optional<QSize> parseSize(const QString &text, QString *problem)

@@ -1,16 +1,13 @@
 #include "screenshot.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QImage>
 #include <QImageWriter>
-#include <QPixmap>
 #include <QWidget>
 
-void layOutHidden(QWidget &window)
+void showOffScreen(QWidget &window)
 {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    window.grab(); // Painting lays out.
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
 }
 
 bool writeScreenshot(QWidget &window, const QString &fileName, QString *problem)

@@ -12,13 +12,28 @@ QString shortened(const QString &title)
     return title.size() <= LongestTitleX ? title : title.left(LongestTitleX - 1) + QChar(0x2026);
 }
 
+char formatOf(const CsvColumn &column)
+{
+    return column.exponents ? 'g' : 'f';
+}
+
+int precisionOf(const CsvColumn &column)
+{
+    return column.exponents ? DigitsWithExponent : column.decimals;
+}
+
 } // namespace
 
 CsvSeries::CsvSeries(const CsvColumn &column, const QString &nameX)
-    : NamedSeries(column.name, column.exponents ? 'g' : 'f',
-                  column.exponents ? DigitsWithExponent : column.decimals)
+    : NamedSeries(column.name, formatOf(column), precisionOf(column))
     , m_titleX(shortened(nameX))
 {
+}
+
+bool CsvSeries::fits(const CsvColumn &column, const QString &nameX) const
+{
+    return name() == column.name && format() == formatOf(column) &&
+           precision() == precisionOf(column) && m_titleX == shortened(nameX);
 }
 
 QString CsvSeries::labelX() const

@@ -18,6 +18,9 @@ public:
     /// the model. \p nameX becomes the title of a numeric X axis, cut if it is long.
     CsvSeries(const CsvColumn &column, const QString &nameX);
 
+    /// Whether a series made for this column would look the same: name, numbers and title of X.
+    bool fits(const CsvColumn &column, const QString &nameX) const;
+
     QString labelX() const override;
 
 private:

@@ -10,7 +10,6 @@ Launcher::Launcher(const LaunchOptions &options)
     : m_options(options)
     , m_window(options.paneMode)
 {
-    m_window.resize(m_options.size);
     connect(&m_window, SIGNAL(opened()), SLOT(slotOpened()));
     connect(&m_window, SIGNAL(failed(QString)), SLOT(slotFailed(QString)));
     connect(&m_window, SIGNAL(cancelled()), SLOT(slotCancelled()));
@@ -22,7 +21,7 @@ Launcher::Launcher(const LaunchOptions &options)
 void Launcher::launch()
 {
     if (m_options.fileName.isEmpty()) {
-        m_window.show();
+        showWindow();
         return;
     }
     m_window.openFile(m_options.fileName);
@@ -31,11 +30,21 @@ void Launcher::launch()
 void Launcher::slotOpened()
 {
     if (m_options.screenshot.isEmpty()) {
-        m_window.show();
+        showWindow();
         return;
     }
     connect(&m_window, SIGNAL(chartsReady()), SLOT(slotChartsReady()));
-    layOutHidden(m_window);
+    m_window.resize(m_options.size.value_or(DefaultWindowSize));
+    showOffScreen(m_window);
+}
+
+void Launcher::showWindow()
+{
+    m_window.restoreLayout(DefaultWindowSize);
+    if (m_options.size) {
+        m_window.resize(*m_options.size);
+    }
+    m_window.show();
 }
 
 void Launcher::slotFailed(const QString &message)
@@ -45,7 +54,7 @@ void Launcher::slotFailed(const QString &message)
 
 void Launcher::slotCancelled()
 {
-    m_window.show();
+    showWindow();
 }
 
 void Launcher::slotChartsReady()

@@ -6,12 +6,14 @@
 #include <QSize>
 #include <QString>
 
+#include <optional>
+
 /// What the command line asks for.
 struct LaunchOptions
 {
-    QString fileName;   ///< Empty: an empty window.
-    QString screenshot; ///< The picture to write; empty: a window on the screen.
-    QSize size;
+    QString fileName;          ///< Empty: an empty window.
+    QString screenshot;        ///< The picture to write; empty: a window on the screen.
+    std::optional<QSize> size; ///< Of the window; without, as last time.
     ViewerWindow::PaneMode paneMode = ViewerWindow::AutomaticPanes;
 };
 
@@ -36,6 +38,7 @@ private slots:
     void slotChartsReady();
 
 private:
+    void showWindow();
     void fail(const QString &message);
 
     const LaunchOptions m_options;

@@ -30,7 +30,8 @@ private:
 
 CommandLine::CommandLine()
     : m_screenshot("screenshot", tr("Write a picture of the window as PNG, and end."), "FILE.png")
-    , m_size("size", tr("Size of the window in pixels (1200x800)."), "WxH", "1200x800")
+    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), "WxH",
+             "1200x1000")
     , m_separate("separate", tr("Show each column in a pane of its own."))
     , m_combine("combine", tr("Show all columns in one pane."))
 {
@@ -62,7 +63,9 @@ std::optional<LaunchOptions> CommandLine::parse(QString *problem)
     if (!size) {
         return std::nullopt;
     }
-    options.size = *size;
+    if (m_parser.isSet(m_size)) {
+        options.size = *size;
+    }
     if (m_parser.isSet(m_separate) && m_parser.isSet(m_combine)) {
         *problem = tr("--separate and --combine exclude each other");
         return std::nullopt;

@@ -2,71 +2,81 @@
 
 #include "csvloader.h"
 #include "csvseries.h"
+#include "recentfiles.h"
 
-#include "common/panestack.h"
+#include "axes/horizontalchartaxis.h"
+#include "common/chartoutput.h"
+#include "common/preferences.h"
 #include "model/staticchartmodel.h"
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QIcon>
-#include <QMenuBar>
+#include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QTimer>
 #include <QUndoStack>
+#include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int ProgressDelay = 500;   // milliseconds: a shorter load needs no dialog
 constexpr int ProgressMaximum = 100; // percent
 
+/// Empty if there is none.
+QString localFileOf(const QMimeData &mimeData)
+{
+    return mimeData.urls().value(0).toLocalFile();
+}
+
 } // namespace
 
 ViewerWindow::ViewerWindow(PaneMode paneMode, QWidget *parent)
-    : QMainWindow(parent)
+    : ChartWindow(parent)
     , m_paneMode(paneMode)
+    , m_model(new StaticChartModel(QCoreApplication::organizationName(),
+                                   QCoreApplication::applicationName()))
+    , m_recentFiles(new RecentFiles(this))
     , m_loader(new CsvLoader(this))
 {
-    setWindowIcon(QIcon(QStringLiteral(":/chart/images/chart.svg")));
     setWindowTitle(QCoreApplication::applicationName());
+    setAcceptDrops(true);
     createModel();
-    createMenus();
+    createActions();
+    createMenus({m_openAction, m_recentFiles->menu()->menuAction(), m_reloadAction, nullptr});
+    connect(m_recentFiles, SIGNAL(chosen(QString)), SLOT(slotOpenRecent(QString)));
     connect(m_loader, SIGNAL(loaded(CsvResult)), SLOT(slotLoaded(CsvResult)));
 }
 
 void ViewerWindow::createModel()
 {
-    m_model = new StaticChartModel(QCoreApplication::organizationName(),
-                                   QCoreApplication::applicationName(), this);
     // A file is shown with all its columns or not at all. That needs no undo steps, which would
     // also hold ten series at most.
     m_model->m_seriesEditable = false;
-    ChartSettings &settings = m_model->m_settings;
-    settings.individualScale = true;
-    settings.autoScaleY = true;
-    PaneStack::setColors(settings);
+    ChartSettings defaults;
+    chooseColors(defaults, palette());
+    defaults.individualScale = true;
+    defaults.autoScaleY = true;
+    setModel(m_model, defaults);
     m_model->applyChartSettings();
-
-    auto *panes = new PaneStack(*m_model);
-    connect(panes, SIGNAL(chartsReady()), SIGNAL(chartsReady()));
-    setCentralWidget(panes);
 }
 
-void ViewerWindow::createMenus()
+void ViewerWindow::createActions()
 {
-    QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
-    m_openAction = fileMenu->addAction(tr("&Open..."), this, SLOT(slotOpen()), QKeySequence::Open);
-    fileMenu->addSeparator();
-    fileMenu->addAction(tr("&Quit"), this, SLOT(close()), QKeySequence::Quit);
-
-    QMenu *viewMenu = menuBar()->addMenu(tr("&View"));
-    viewMenu->addAction(m_model->m_singleModeAction);
-    viewMenu->addAction(m_model->m_multiModeAction);
-    viewMenu->addSeparator();
-    viewMenu->addAction(m_model->m_undoZoomAction);
+    m_openAction = new QAction(tr("&Open..."), this);
+    m_openAction->setShortcut(QKeySequence::Open);
+    connect(m_openAction, SIGNAL(triggered()), SLOT(slotOpen()));
+    m_reloadAction = new QAction(tr("Re&load"), this);
+    m_reloadAction->setShortcut(QKeySequence::Refresh);
+    m_reloadAction->setEnabled(false);
+    connect(m_reloadAction, SIGNAL(triggered()), SLOT(slotReload()));
 }
 
 void ViewerWindow::setDialogsShown(bool on)
@@ -80,11 +90,41 @@ void ViewerWindow::openFile(const QString &fileName)
         return;
     }
     m_openAction->setEnabled(false);
-    m_fileName = fileName;
+    m_reloadAction->setEnabled(false);
+    m_loadingFile = fileName;
     if (m_dialogsShown) {
         showProgress();
     }
     m_loader->load(fileName);
+}
+
+void ViewerWindow::slotReload()
+{
+    if (!m_openFile.isEmpty()) {
+        openFile(m_openFile);
+    }
+}
+
+void ViewerWindow::slotOpenRecent(const QString &fileName)
+{
+    openFile(fileName);
+}
+
+/// The first of the files that are dropped.
+void ViewerWindow::dropEvent(QDropEvent *event)
+{
+    const QString fileName = localFileOf(*event->mimeData());
+    if (!fileName.isEmpty()) {
+        event->acceptProposedAction();
+        openFile(fileName);
+    }
+}
+
+void ViewerWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!localFileOf(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
 }
 
 void ViewerWindow::showProgress()
@@ -92,7 +132,7 @@ void ViewerWindow::showProgress()
     m_progress = new QProgressDialog(this);
     m_progress->setWindowModality(Qt::WindowModal);
     m_progress->setMinimumDuration(ProgressDelay);
-    m_progress->setLabelText(tr("Reading %1").arg(QFileInfo(m_fileName).fileName()));
+    m_progress->setLabelText(tr("Reading %1").arg(QFileInfo(m_loadingFile).fileName()));
     // The first file is loaded before the window is shown: the end of the dialog must not look like
     // the end of the last window.
     m_progress->setAttribute(Qt::WA_QuitOnClose, false);
@@ -109,7 +149,7 @@ void ViewerWindow::showProgress()
 void ViewerWindow::slotOpen()
 {
     const QString fileName =
-        QFileDialog::getOpenFileName(this, tr("Open"), QFileInfo(m_fileName).path(),
+        QFileDialog::getOpenFileName(this, tr("Open"), QFileInfo(m_loadingFile).path(),
                                      tr("Tables (*.csv *.tsv *.txt);;All files (*)"));
     if (!fileName.isEmpty()) {
         openFile(fileName);
@@ -125,17 +165,20 @@ void ViewerWindow::slotLoaded(const CsvResult &result)
 {
     delete m_progress;
     m_openAction->setEnabled(!result.table);
+    m_reloadAction->setEnabled(!result.table && !m_openFile.isEmpty());
     if (result.cancelled) {
         emit cancelled();
         return;
     }
     if (!result.table) {
-        reportError(result.error.text(m_fileName));
+        reportError(result.error.text(m_loadingFile));
         return;
     }
     m_incoming = result.table;
     m_nextColumn = 0;
-    replaceSeries();
+    if (m_loadingFile != m_openFile || !fitsSeries()) {
+        replaceSeries();
+    }
     slotEnterColumn();
 }
 
@@ -143,18 +186,28 @@ void ViewerWindow::slotLoaded(const CsvResult &result)
 /// has to stay alive meanwhile.
 void ViewerWindow::slotEnterColumn()
 {
-    if (m_nextColumn < m_incoming->columns.size()) {
-        AbstractChartSeries *series = m_model->m_series.at(int(m_nextColumn));
-        m_model->addValues(series, m_incoming->columns.at(m_nextColumn).takeSamples());
-        ++m_nextColumn;
-        QTimer::singleShot(0, this, SLOT(slotEnterColumn()));
+    if (m_nextColumn >= m_incoming->columns.size()) {
+        finishEntering();
         return;
     }
+    AbstractChartSeries *series = m_model->m_series.at(int(m_nextColumn));
+    m_model->clearValues(series); // Read again, it has those of the last time.
+    m_model->addValues(series, m_incoming->columns.at(m_nextColumn).takeSamples());
+    ++m_nextColumn;
+    QTimer::singleShot(0, this, SLOT(slotEnterColumn()));
+}
+
+void ViewerWindow::finishEntering()
+{
     m_incoming.reset();
+    m_openFile = m_loadingFile;
     m_openAction->setEnabled(true);
+    m_reloadAction->setEnabled(true);
+    m_recentFiles->add(m_openFile);
+    const QFileInfo file(m_openFile);
+    output().setDocumentName(file.completeBaseName());
+    setWindowTitle(tr("%1 - %2").arg(file.fileName(), QCoreApplication::applicationName()));
     m_model->updateCharts();
-    setWindowTitle(
-        tr("%1 - %2").arg(QFileInfo(m_fileName).fileName(), QCoreApplication::applicationName()));
     emit opened();
 }
 
@@ -168,6 +221,22 @@ void ViewerWindow::reportError(const QString &message)
         return;
     }
     emit failed(message);
+}
+
+/// Whether the curves that are there are those of the file: then they stay, with their style, their
+/// panes and the zoom.
+bool ViewerWindow::fitsSeries() const
+{
+    const QList<AbstractChartSeries *> &all = m_model->m_series;
+    if (m_model->m_axisX->m_dateTime != m_incoming->dateTime ||
+        size_t(all.size()) != m_incoming->columns.size()) {
+        return false;
+    }
+    return std::equal(all.cbegin(), all.cend(), m_incoming->columns.cbegin(),
+                      [this](const AbstractChartSeries *series, const CsvColumn &column) {
+                          return static_cast<const CsvSeries *>(series)->fits(column,
+                                                                              m_incoming->nameX);
+                      });
 }
 
 void ViewerWindow::replaceSeries()

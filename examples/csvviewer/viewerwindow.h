@@ -2,16 +2,17 @@
 
 #include "csvtable.h"
 
-#include <QMainWindow>
+#include "common/chartwindow.h"
+
 #include <QPointer>
 #include <QString>
 
 #include <memory>
 
 class CsvLoader;
-class PaneStack;
 class QAction;
 class QProgressDialog;
+class RecentFiles;
 class StaticChartModel;
 
 /**
@@ -19,9 +20,11 @@ class StaticChartModel;
  * in one pane.
  *
  * Files are read in a thread, under a progress dialog if that takes a while. What was open stays
- * open until the next file has been read without fault.
+ * open until the next file has been read without fault. Files are opened by the menu or by dropping
+ * them on the window; a file that has grown is read again with the zoom and the style of the curves
+ * kept.
  */
-class ViewerWindow : public QMainWindow
+class ViewerWindow : public ChartWindow
 {
     Q_OBJECT
 
@@ -41,6 +44,10 @@ public:
     /// False keeps progress and errors to the signals, for use without anybody in front of it.
     void setDialogsShown(bool on);
 
+public slots:
+    /// Reads the file anew that is open. Does nothing without one.
+    void slotReload();
+
 signals:
     void opened();
 
@@ -49,30 +56,37 @@ signals:
 
     void cancelled();
 
-    /// The curves have been computed for the present size of the panes.
-    void chartsReady();
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private slots:
     void slotOpen();
+    void slotOpenRecent(const QString &fileName);
     void slotCancel();
     void slotLoaded(const CsvResult &result);
     void slotEnterColumn();
 
 private:
     void createModel();
-    void createMenus();
+    void createActions();
     void showProgress();
     void reportError(const QString &message);
+    bool fitsSeries() const;
     void replaceSeries();
     void applyPaneMode(int columnCount);
+    void finishEntering();
 
     const PaneMode m_paneMode;
     bool m_dialogsShown = true;
-    StaticChartModel *m_model = nullptr;  ///< Child.
+    StaticChartModel *m_model;            ///< The chart's.
+    RecentFiles *m_recentFiles;           ///< Child.
     QAction *m_openAction = nullptr;      ///< Disabled while a file is loading.
+    QAction *m_reloadAction = nullptr;    ///< Disabled while there is no file to read again.
     CsvLoader *m_loader;                  ///< Child.
     std::shared_ptr<CsvTable> m_incoming; ///< What the model is being given; null at other times.
     size_t m_nextColumn = 0;              ///< The first of its columns that the model has not got.
-    QString m_fileName;                   ///< The file that is loading, or else the last one.
+    QString m_openFile;                   ///< The file that is open; empty for none.
+    QString m_loadingFile;                ///< The file that is loading, or was loaded last.
     QPointer<QProgressDialog> m_progress;
 };

@@ -33,6 +33,7 @@ Feeder::Feeder(AbstractChartModel &model, const QList<AbstractChartSeries *> &se
     , m_counters(counters)
     , m_quantities(quantities)
     , m_options(options)
+    , m_keep(options.keep)
     , m_recorder(recorder)
 {
 }
@@ -103,7 +104,7 @@ std::vector<double> Feeder::valuesBetween(const ProcReading &before, const ProcR
 void Feeder::feed(double time, const std::vector<double> &values)
 {
     for (int i = 0; i < m_series.size(); ++i) {
-        auto *sample = new ChartValue{time, values.at(size_t(i)), 0, time + m_options.keep};
+        auto *sample = new ChartValue{time, values.at(size_t(i)), 0, time + m_keep};
         m_model.addValue(m_series.at(i), sample); // takes it over
     }
     record(time, values);

@@ -8,6 +8,7 @@
 #include <QThread>
 #include <QWaitCondition>
 
+#include <atomic>
 #include <chrono>
 #include <optional>
 #include <vector>
@@ -34,7 +35,7 @@ public:
     struct Options
     {
         std::chrono::milliseconds interval{250}; ///< From sample to sample.
-        double keep = 600.0;                     ///< Seconds for which the model keeps a sample.
+        double keep = 600.0; ///< Seconds for which the model keeps a sample, at the start.
     };
 
     /// \p series has one entry for each quantity, in the same order. \p recorder, which may be
@@ -45,6 +46,9 @@ public:
 
     /// Stops.
     ~Feeder() override;
+
+    /// The samples to come are kept for so many seconds. Any thread.
+    void setKeep(double seconds) { m_keep = seconds; }
 
     /// Ends the thread, at once but for a reading that is under way, and waits for it.
     void stop();
@@ -68,7 +72,8 @@ private:
     ProcCounters m_counters;
     const std::vector<Quantity> m_quantities;
     const Options m_options;
-    Recorder *m_recorder; ///< Not owned; null without a recording.
+    std::atomic<double> m_keep; ///< Seconds for which the model keeps a sample.
+    Recorder *m_recorder;       ///< Not owned; null without a recording.
 
     QMutex m_stopMutex;
     QWaitCondition m_stopCondition;

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
-#include <algorithm>
 #include <optional>
 
 namespace {
@@ -42,13 +41,14 @@ private:
 
 CommandLine::CommandLine()
     : m_interval("interval", tr("Time from sample to sample in milliseconds (250)."), "MS", "250")
-    , m_window("window", tr("Width of the view in seconds (60)."), "SECONDS", "60")
+    , m_window("window", tr("Width of the view in seconds (60, or as last time)."), "SECONDS", "60")
     , m_keep("keep", tr("Age at which samples go, in seconds (600)."), "SECONDS", "600")
     , m_separate("separate", tr("Show each curve in a pane of its own."))
     , m_seconds("seconds", tr("End after so many seconds."), "N")
     , m_screenshot("screenshot", tr("Write a picture of the window as PNG at that end."),
                    "FILE.png")
-    , m_size("size", tr("Size of the window in pixels (1200x800)."), "WxH", "1200x800")
+    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), "WxH",
+             "1200x1000")
     , m_record("record", tr("Write all samples to a table, which csvviewer shows."), "FILE.csv")
     , m_proc("proc", tr("Folder of the kernel's counters (/proc)."), "FOLDER", "/proc")
 {
@@ -72,7 +72,9 @@ std::optional<MonitorOptions> CommandLine::parse(QString *problem)
     if (!size || !parseTimes(options, problem) || !parseFiles(options, problem)) {
         return std::nullopt;
     }
-    options.size = *size;
+    if (m_parser.isSet(m_size)) {
+        options.size = *size;
+    }
     options.separate = m_parser.isSet(m_separate);
     options.procFolder = m_parser.value(m_proc);
     return options;
@@ -116,8 +118,10 @@ bool CommandLine::parseTimes(MonitorOptions &options, QString *problem) const
         }
     }
     options.feeding.interval = std::chrono::milliseconds(*interval);
-    options.feeding.keep = std::max(*keep, *window);
-    options.visibleSeconds = *window;
+    options.feeding.keep = *keep;
+    if (m_parser.isSet(m_window)) {
+        options.visibleSeconds = *window;
+    }
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 
 Monitor::Monitor(const MonitorOptions &options)
@@ -31,6 +32,8 @@ bool Monitor::start()
                                         m_quantities, m_options.feeding,
                                         m_options.recording.isEmpty() ? nullptr : &m_recorder);
     connect(m_feeder.get(), SIGNAL(recordingFailed(QString)), SLOT(slotRecordingFailed(QString)));
+    connect(m_window.get(), SIGNAL(settingsChanged()), SLOT(slotSettingsChanged()));
+    slotSettingsChanged();
     m_feeder->start();
     if (m_options.seconds) {
         QTimer::singleShot(std::chrono::seconds(*m_options.seconds), this, SLOT(slotEnd()));
@@ -70,17 +73,24 @@ bool Monitor::openRecording()
 
 void Monitor::showWindow()
 {
-    m_window->resize(m_options.size);
-    if (m_options.shown) {
-        m_window->show();
-    } else {
-        layOutHidden(*m_window);
+    if (!m_options.shown) {
+        m_window->resize(m_options.size.value_or(DefaultWindowSize));
+        showOffScreen(*m_window);
+        return;
     }
+    m_window->restoreLayout(DefaultWindowSize);
+    if (m_options.size) {
+        m_window->resize(*m_options.size);
+    }
+    m_window->show();
 }
 
 void Monitor::slotEnd()
 {
     m_feeder->stop();
+    if (m_options.shown) {
+        m_window->saveLayout();
+    }
     if (m_options.screenshot.isEmpty()) {
         QCoreApplication::exit(m_exitCode);
         return;
@@ -102,4 +112,10 @@ void Monitor::slotChartsReady()
 void Monitor::slotRecordingFailed(const QString &problem)
 {
     m_exitCode = failWith(problem);
+}
+
+/// Samples stay for as long as the view can show them.
+void Monitor::slotSettingsChanged()
+{
+    m_feeder->setKeep(std::max(m_options.feeding.keep, m_window->visibleSeconds()));
 }

@@ -19,13 +19,13 @@ class MonitorWindow;
 struct MonitorOptions
 {
     Feeder::Options feeding;
-    double visibleSeconds = 60.0; ///< Width of the live view.
-    bool separate = false;        ///< A pane for each quantity.
+    std::optional<double> visibleSeconds; ///< Width of the live view; without, as last time.
+    bool separate = false;                ///< A pane for each quantity.
     std::optional<int> seconds; ///< After these the program ends; without, when its window closes.
     bool shown = true;          ///< The window comes onto the screen.
     QString screenshot;         ///< The picture to write at the end; empty for none.
     QString recording;          ///< The table to write all the time; empty for none.
-    QSize size;
+    std::optional<QSize> size;  ///< Of the window; without, as last time.
     QString procFolder;
 };
 
@@ -56,6 +56,7 @@ public slots:
 private slots:
     void slotChartsReady();
     void slotRecordingFailed(const QString &problem);
+    void slotSettingsChanged();
 
 private:
     bool findQuantities();

@@ -1,46 +1,30 @@
 #include "monitorwindow.h"
 
 #include "common/namedseries.h"
-#include "common/panestack.h"
+#include "common/preferences.h"
 #include "model/dynamicchartmodel.h"
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QIcon>
-#include <QListView>
-#include <QPalette>
 #include <QSysInfo>
 #include <QTimer>
-#include <QToolBar>
 #include <QUndoStack>
-#include <QVBoxLayout>
 
 namespace {
 
-constexpr int LegendRows = 2;    // in which ten names fit into a window of usual width
-constexpr int LegendSpacing = 4; // pixels
-constexpr QRgb LegendColor = 0xff303030;
 constexpr int UpdateInterval = 100; // milliseconds: smooth enough, whatever the pace of the samples
 
 } // namespace
 
-MonitorWindow::MonitorWindow(const std::vector<Quantity> &quantities, double visibleSeconds,
-                             bool separate)
+MonitorWindow::MonitorWindow(const std::vector<Quantity> &quantities,
+                             std::optional<double> visibleSeconds, bool separate)
     : m_model(new DynamicChartModel(QCoreApplication::organizationName(),
-                                    QCoreApplication::applicationName(), this))
+                                    QCoreApplication::applicationName()))
 {
-    setWindowIcon(QIcon(QStringLiteral(":/chart/images/chart.svg")));
     setWindowTitle(
         tr("%1 - %2").arg(QSysInfo::machineHostName(), QCoreApplication::applicationName()));
     createModel(visibleSeconds);
-    createToolBar();
-    auto *contents = new QWidget;
-    auto *layout = new QVBoxLayout(contents);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(newPanes(), 1);
-    layout->addWidget(newLegend());
-    setCentralWidget(contents);
+    createMenus({});
     if (separate) {
         m_model->m_multiModeAction->trigger();
     }
@@ -51,58 +35,25 @@ MonitorWindow::MonitorWindow(const std::vector<Quantity> &quantities, double vis
     timer->start(UpdateInterval);
 }
 
-void MonitorWindow::createModel(double visibleSeconds)
+void MonitorWindow::createModel(std::optional<double> visibleSeconds)
 {
+    ChartSettings defaults;
+    chooseColors(defaults, palette());
+    defaults.visibleInterval = DefaultVisibleSeconds;
+    defaults.dynamicGrid = true;     // The view slides, and so it can pause.
+    defaults.individualScale = true; // Percents, MiB and KiB/s have no scale in common.
+    defaults.autoScaleY = true;
     m_model->setUseDateTimeScaleX(true);
-    ChartSettings &settings = m_model->m_settings;
-    settings.dynamicGrid = true; // The view slides, and so it can pause.
-    settings.visibleInterval = visibleSeconds;
-    settings.individualScale = true; // Percents, MiB and KiB/s have no scale in common.
-    settings.autoScaleY = true;
-    PaneStack::setColors(settings);
+    setModel(m_model, defaults);
+    if (visibleSeconds) {
+        m_model->m_settings.visibleInterval = *visibleSeconds;
+    }
     m_model->applyChartSettings();
 }
 
-void MonitorWindow::createToolBar()
+double MonitorWindow::visibleSeconds() const
 {
-    m_model->configureActions();
-    QToolBar *toolBar = addToolBar(tr("Chart"));
-    toolBar->setMovable(false);
-    toolBar->setContextMenuPolicy(Qt::PreventContextMenu); // It would offer to hide the toolbar.
-    toolBar->addActions(m_model->m_actions);
-}
-
-QWidget *MonitorWindow::newPanes()
-{
-    auto *panes = new PaneStack(*m_model);
-    connect(panes, SIGNAL(chartsReady()), SIGNAL(chartsReady()));
-    return panes;
-}
-
-/// The model is the table of its legend: any view of Qt shows it.
-QWidget *MonitorWindow::newLegend()
-{
-    auto *legend = new QListView;
-    legend->setModel(m_model);
-    legend->setModelColumn(AbstractChartModel::NameColumn);
-    legend->setSelectionBehavior(QAbstractItemView::SelectRows); // The model looks at whole rows.
-    legend->setDragEnabled(true);
-    legend->setFlow(QListView::LeftToRight);
-    legend->setWrapping(true);
-    legend->setResizeMode(QListView::Adjust);
-    legend->setSpacing(LegendSpacing);
-    legend->setFrameShape(QFrame::NoFrame);
-    legend->setFixedHeight(LegendRows * (legend->fontMetrics().height() + 3 * LegendSpacing));
-    QPalette palette = legend->palette();
-    palette.setColor(QPalette::Base, QColor(LegendColor));
-    legend->setPalette(palette);
-
-    connect(m_model, SIGNAL(select(QModelIndex, QItemSelectionModel::SelectionFlags)),
-            legend->selectionModel(),
-            SLOT(select(QModelIndex, QItemSelectionModel::SelectionFlags)));
-    connect(legend->selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)),
-            m_model, SLOT(slotSelectionChanged(QItemSelection, QItemSelection)));
-    return legend;
+    return m_model->m_settings.visibleInterval;
 }
 
 void MonitorWindow::createSeries(const std::vector<Quantity> &quantities)

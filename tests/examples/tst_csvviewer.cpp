@@ -71,11 +71,11 @@ void TestCsvViewer::writesPicture_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QSize>("expected");
 
-    QTest::newRow("default size") << QStringList{} << QSize(1200, 800);
+    QTest::newRow("default size") << QStringList{} << QSize(1200, 1000);
     QTest::newRow("size asked for") << QStringList{"--size", "640x480"} << QSize(640, 480);
     QTest::newRow("smallest size") << QStringList{"--size", "200x200"} << QSize(200, 200);
-    QTest::newRow("separate") << QStringList{"--separate"} << QSize(1200, 800);
-    QTest::newRow("combined") << QStringList{"--combine"} << QSize(1200, 800);
+    QTest::newRow("separate") << QStringList{"--separate"} << QSize(1200, 1000);
+    QTest::newRow("combined") << QStringList{"--combine"} << QSize(1200, 1000);
 }
 
 void TestCsvViewer::writesPicture()
@@ -102,26 +102,35 @@ void TestCsvViewer::writesPictureWithoutDisplay()
     const Outcome outcome = run({file, "--screenshot", picture}, withoutDisplay());
 
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
-    QCOMPARE(QImage(picture).size(), QSize(1200, 800));
+    QCOMPARE(QImage(picture).size(), QSize(1200, 1000));
 }
 
 void TestCsvViewer::drawsCurveFromCornerToCorner()
 {
     const QString file = write("line.csv", "t,a\n0,0\n10,1\n");
     const QString picture = m_folder.filePath("line.png");
-    const Outcome outcome = run({file, "--screenshot", picture, "--size", "600x400"});
+    const Outcome outcome = run({file, "--screenshot", picture, "--size", "800x600"});
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
 
-    // The plot is the black part below the menu, and the curve is what has a colour in it.
-    constexpr int BelowMenu = 50;
+    // The plot is the first white area below the toolbar; the legend comes after a grey margin, which
+    // is higher than a line of the grid.
+    constexpr int BelowToolBar = 70;
+    constexpr int LeastMargin = 20;
     const QImage image(picture);
     QRect plot;
-    for (int y = BelowMenu; y < image.height(); ++y) {
+    for (int y = BelowToolBar; y < image.height(); ++y) {
+        QRect row;
         for (int x = 0; x < image.width(); ++x) {
-            plot |= image.pixelColor(x, y) == QColor(Qt::black) ? QRect(x, y, 1, 1) : QRect();
+            row |= image.pixelColor(x, y) == QColor(Qt::white) ? QRect(x, y, 1, 1) : QRect();
+        }
+        if (row.width() > 300) {
+            plot |= row;
+        } else if (plot.isValid() && y > plot.bottom() + LeastMargin) {
+            break;
         }
     }
-    QVERIFY(plot.width() > 300 && plot.height() > 200);
+    QVERIFY2(plot.width() > 300 && plot.height() > 200,
+             qPrintable(QString("%1x%2").arg(plot.width()).arg(plot.height())));
     const auto isColourfulNear = [&image](const QPoint &point) {
         for (int dy = -4; dy <= 4; ++dy) {
             if (image.pixelColor(point.x(), point.y() + dy).saturation() > 100) {
@@ -142,7 +151,7 @@ void TestCsvViewer::replacesFormerPicture()
     const QString picture = write("former.png", "no picture");
     QCOMPARE(run({file, "--screenshot", picture}).exitCode, 0);
 
-    QCOMPARE(QImage(picture).size(), QSize(1200, 800));
+    QCOMPARE(QImage(picture).size(), QSize(1200, 1000));
 }
 
 void TestCsvViewer::tellsWhatIsWrongWithFile_data()

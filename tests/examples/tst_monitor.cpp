@@ -98,7 +98,7 @@ void TestMonitor::writesPicture_data()
     QTest::newRow("size asked for")
         << QStringList{"--seconds", "2", "--size", "640x480"} << QSize(640, 480);
     QTest::newRow("separate, default size")
-        << QStringList{"--seconds", "1", "--separate"} << QSize(1200, 800);
+        << QStringList{"--seconds", "1", "--separate"} << QSize(1200, 1000);
 }
 
 void TestMonitor::writesPicture()

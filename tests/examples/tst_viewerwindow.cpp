@@ -1,22 +1,30 @@
 #include "viewerwindow.h"
 
+#include "recentfiles.h"
+
 #include "axes/horizontalchartaxis.h"
 #include "axes/verticalchartaxis.h"
+#include "common/chartoutput.h"
 #include "model/staticchartmodel.h"
 #include "series/abstractchartseries.h"
 #include "support/boxanswer.h"
 #include "support/quietplatform.h"
 #include "views/chartwidget.h"
+#include "views/multichart.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QSplitter>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <QUndoStack>
+#include <QUrl>
 
 #include <sys/stat.h>
 
@@ -37,12 +45,12 @@ StaticChartModel *modelOf(const ViewerWindow &window)
 /// What a window shows: the series of each pane, from top to bottom.
 QString panesText(const ViewerWindow &window)
 {
-    const auto *splitter = window.findChild<QSplitter *>();
+    const MultiChart &chart = window.chart();
     QStringList panes;
-    for (int i = 0; i < splitter->count(); ++i) {
+    for (int i = 0; i < chart.count() - 1; ++i) { // the last one is the legend
         QStringList names;
         for (const AbstractChartSeries *series :
-             qobject_cast<ChartWidget *>(splitter->widget(i))->seriesList()) {
+             qobject_cast<ChartWidget *>(chart.widget(i))->seriesList()) {
             names.append(series->name());
         }
         panes.append(names.join('+'));
@@ -63,6 +71,7 @@ class TestViewerWindow : public QObject
 
 private slots:
     void initTestCase();
+    void init();
     void startsWithOneEmptyPane();
     void showsColumnsInPanes_data();
     void showsColumnsInPanes();
@@ -78,6 +87,17 @@ private slots:
     void givesPlotsEqualHeights();
     void keepsHeightsThatUserHasChosen();
     void computesCurvesAnewWhenResized();
+    void reloadsGrownFileWithZoomAndStyle();
+    void replacesCurvesWhenReloadedFileHasOthers_data();
+    void replacesCurvesWhenReloadedFileHasOthers();
+    void reloadsOnlyWhatIsOpen();
+    void keepsOpenFileWhenReloadFails();
+    void remembersFilesThatCouldBeRead();
+    void opensFileOfRecentOnes();
+    void opensDroppedFile();
+    void refusesDropWithoutLocalFile_data();
+    void refusesDropWithoutLocalFile();
+    void suggestsNamesAfterFile();
 
 private:
     QString write(const QString &name, const QByteArray &text);
@@ -89,6 +109,12 @@ private:
 void TestViewerWindow::initTestCase()
 {
     QVERIFY(m_folder.isValid());
+    QCoreApplication::setOrganizationName("QUARVChart5 tests"); // without one nothing is kept
+}
+
+void TestViewerWindow::init()
+{
+    QSettings().clear();
 }
 
 QString TestViewerWindow::write(const QString &name, const QByteArray &text)
@@ -110,7 +136,7 @@ void TestViewerWindow::startsWithOneEmptyPane()
 {
     const ViewerWindow window(ViewerWindow::AutomaticPanes);
 
-    QCOMPARE(window.findChild<QSplitter *>()->count(), 1);
+    QCOMPARE(window.chart().count(), 2); // and the legend
     QCOMPARE(panesText(window), QString());
     QVERIFY(!window.windowIcon().isNull());
 }
@@ -275,7 +301,7 @@ void TestViewerWindow::givesPlotsEqualHeights()
     ViewerWindow window(ViewerWindow::AutomaticPanes);
     window.resize(600, 700);
     QVERIFY(open(window, write("plots.csv", "t,a,b,c,d\n1,2,3,4,5\n2,4,5,6,7\n")));
-    window.grab(); // lays out
+    show(window);
 
     double lowest = window.height();
     double highest = 0.0;
@@ -296,9 +322,9 @@ void TestViewerWindow::keepsHeightsThatUserHasChosen()
     QVERIFY(open(window, write("drag.csv", "t,a,b\n1,2,3\n2,4,5\n")));
     QCoreApplication::processEvents(); // lays out
 
-    const auto *splitter = window.findChild<QSplitter *>();
-    const int before = splitter->widget(0)->height();
-    QWidget *handle = splitter->handle(1);
+    const MultiChart &chart = window.chart();
+    const int before = chart.sizes().constFirst();
+    QWidget *handle = chart.handle(1);
     const QPoint from(50, 1);
     const QPoint to(50, 101);
     QTest::mousePress(handle, Qt::LeftButton, Qt::NoModifier, from);
@@ -306,10 +332,10 @@ void TestViewerWindow::keepsHeightsThatUserHasChosen()
                      Qt::NoModifier);
     QCoreApplication::sendEvent(handle, &drag);
     QTest::mouseRelease(handle, Qt::LeftButton, Qt::NoModifier, to);
-    const int dragged = splitter->widget(0)->height();
+    const int dragged = chart.sizes().constFirst();
     QVERIFY2(dragged >= before + 50, qPrintable(QString("%1 to %2").arg(before).arg(dragged)));
     window.resize(700, 700);
-    QCOMPARE(splitter->widget(0)->height(), dragged);
+    QCOMPARE(chart.sizes().constFirst(), dragged);
 }
 
 void TestViewerWindow::computesCurvesAnewWhenResized()
@@ -327,6 +353,176 @@ void TestViewerWindow::computesCurvesAnewWhenResized()
     const QRectF plot = series.m_chart->chartRect(QRectF());
     QVERIFY(plot.width() > 600.0);
     QCOMPARE(series.map(QPointF(10.0, 0.0)).x(), plot.x() + plot.width());
+}
+
+void TestViewerWindow::reloadsGrownFileWithZoomAndStyle()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    const QString file = write("growing.csv", "t,a,b\n0,1,2\n10,3,4\n");
+    QVERIFY(open(window, file));
+    StaticChartModel &model = *modelOf(window);
+    AbstractChartSeries *first = model.m_series.constFirst();
+    first->m_lineWidth = 3;
+    first->m_customized = true;
+    model.m_axisX->assignRange(2.0, 4.0);
+    model.m_axisX->m_zoomed = true;
+
+    write("growing.csv", "t,a,b\n0,1,2\n10,3,4\n20,9,6\n");
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    window.slotReload();
+    QVERIFY(opened.wait());
+
+    QCOMPARE(model.m_series.constFirst(), first);
+    QCOMPARE(first->m_lineWidth, 3);
+    QCOMPARE(first->m_values.size(), 3);
+    QCOMPARE(axisText(*first->m_axisY), QString("[1,9]"));
+    QCOMPARE(axisText(*model.m_axisX), QString("[2,4]"));
+    model.undoZoom();
+    QCOMPARE(axisText(*model.m_axisX), QString("[0,20]"));
+    QCOMPARE(panesText(window), QString("a|b"));
+}
+
+void TestViewerWindow::replacesCurvesWhenReloadedFileHasOthers_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("other name") << QByteArray("t,a,c\n0,1,2\n") << "a|c";
+    QTest::newRow("one more") << QByteArray("t,a,b,c\n0,1,2,3\n") << "a|b|c";
+    QTest::newRow("one less") << QByteArray("t,b\n0,2\n") << "b";
+    QTest::newRow("more decimals") << QByteArray("t,a,b\n0,1.25,2\n") << "a|b";
+    QTest::newRow("exponents") << QByteArray("t,a,b\n0,1e9,2\n") << "a|b";
+    QTest::newRow("other X") << QByteArray("x,a,b\n0,1,2\n") << "a|b";
+    QTest::newRow("dates") << QByteArray("t,a,b\n1970-01-01T00:00:05Z,1,2\n") << "a|b";
+}
+
+void TestViewerWindow::replacesCurvesWhenReloadedFileHasOthers()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, expected);
+
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QVERIFY(open(window, write("changing.csv", "t,a,b\n0,1,2\n")));
+    const QPointer<AbstractChartSeries> first(modelOf(window)->m_series.constFirst());
+
+    write("changing.csv", text);
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    window.slotReload();
+    QVERIFY(opened.wait());
+    QVERIFY(!first);
+    QCOMPARE(panesText(window), expected);
+}
+
+void TestViewerWindow::reloadsOnlyWhatIsOpen()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    const QSignalSpy failed(&window, SIGNAL(failed(QString)));
+    window.slotReload();
+    QVERIFY(open(window, write("open.csv", "t,a\n1,2\n")));
+    // A file that cannot be read is not the one to read again.
+    window.openFile(m_folder.filePath("absent.csv"));
+    QTRY_COMPARE(failed.count(), 1);
+    opened.clear();
+    window.slotReload();
+    QVERIFY(opened.wait());
+    QCOMPARE(failed.count(), 1);
+    QCOMPARE(window.windowTitle(), "open.csv - " + QCoreApplication::applicationName());
+}
+
+void TestViewerWindow::keepsOpenFileWhenReloadFails()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QVERIFY(open(window, write("breaking.csv", "t,a\n1,2\n")));
+    QSignalSpy failed(&window, SIGNAL(failed(QString)));
+
+    write("breaking.csv", "t,a\n1,x\n");
+    window.slotReload();
+    QVERIFY(failed.wait());
+    QCOMPARE(modelOf(window)->m_series.constFirst()->m_values.size(), 1);
+    // Mended, it can be read again.
+    write("breaking.csv", "t,a\n1,2\n2,3\n");
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    window.slotReload();
+    QVERIFY(opened.wait());
+    QCOMPARE(modelOf(window)->m_series.constFirst()->m_values.size(), 2);
+}
+
+void TestViewerWindow::remembersFilesThatCouldBeRead()
+{
+    const QString good = write("remembered.csv", "t,a\n1,2\n");
+    {
+        ViewerWindow window(ViewerWindow::AutomaticPanes);
+        QVERIFY(open(window, good));
+        QSignalSpy failed(&window, SIGNAL(failed(QString)));
+        window.openFile(m_folder.filePath("absent.csv"));
+        QVERIFY(failed.wait());
+    }
+    const ViewerWindow next(ViewerWindow::AutomaticPanes);
+    QCOMPARE(next.findChild<RecentFiles *>()->files(), QStringList{good});
+}
+
+void TestViewerWindow::opensFileOfRecentOnes()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QVERIFY(open(window, write("one.csv", "t,a\n1,2\n")));
+    QVERIFY(open(window, write("two.csv", "t,b\n1,2\n")));
+
+    QMenu *menu = window.findChild<RecentFiles *>()->menu();
+    QMetaObject::invokeMethod(menu, "aboutToShow");
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    menu->actions().at(1)->trigger(); // the one before the newest
+    QVERIFY(opened.wait());
+    QCOMPARE(panesText(window), QString("a"));
+}
+
+void TestViewerWindow::opensDroppedFile()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    show(window);
+    QMimeData mimeData;
+    mimeData.setUrls({QUrl::fromLocalFile(write("dropped.csv", "t,a\n1,2\n"))});
+
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mimeData, Qt::LeftButton,
+                          Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(&window, &enter);
+    QVERIFY(enter.isAccepted());
+    QSignalSpy opened(&window, SIGNAL(opened()));
+    QDropEvent drop(QPointF(10.0, 10.0), Qt::CopyAction, &mimeData, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &drop);
+    QVERIFY(opened.wait());
+    QCOMPARE(panesText(window), QString("a"));
+}
+
+void TestViewerWindow::refusesDropWithoutLocalFile_data()
+{
+    QTest::addColumn<QList<QUrl>>("urls");
+
+    QTest::newRow("no address") << QList<QUrl>();
+    QTest::newRow("elsewhere") << QList<QUrl>{QUrl("https://localhost/a.csv")};
+}
+
+void TestViewerWindow::refusesDropWithoutLocalFile()
+{
+    QFETCH(QList<QUrl>, urls);
+
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QMimeData mimeData;
+    mimeData.setUrls(urls);
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mimeData, Qt::LeftButton,
+                          Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(&window, &enter);
+    QVERIFY(!enter.isAccepted());
+}
+
+void TestViewerWindow::suggestsNamesAfterFile()
+{
+    ViewerWindow window(ViewerWindow::AutomaticPanes);
+    QVERIFY(open(window, write("first.part.csv", "t,a\n1,2\n")));
+
+    QCOMPARE(window.output().documentName(), QString("first.part"));
 }
 
 QTEST_MAIN(TestViewerWindow)

@@ -2,107 +2,30 @@
 #include "model/dynamicchartmodel.h"
 #include "monitorwindow.h"
 #include "proccounters.h"
+#include "support/quietplatform.h"
+#include "support/screen.h"
 #include "views/chartwidget.h"
+#include "views/multichart.h"
 
 #include <QAction>
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QListView>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtEndian>
 #include <QToolBar>
+#include <QTreeView>
 #include <QtTest>
 
 #include <memory>
 
 namespace {
 
-constexpr int TimeLimit = 20000;          // milliseconds for anything to happen on the screen
 constexpr int LongerThanDoubleClick = 20; // samples
 const QSize WindowSize(1000, 700);
-
-/// Gives true as soon as a condition does, and false if it does not within the time limit.
-template <typename Condition>
-bool comesTrue(const Condition &condition)
-{
-    return QTest::qWaitFor(condition, TimeLimit);
-}
-
-/**
- * An X server without hardware, and hands at its mouse.
- *
- * The server keeps its screen in a file in the form of xwd, which makes a picture of the screen a
- * matter of reading that file.
- */
-class Screen
-{
-public:
-    ~Screen()
-    {
-        m_server.terminate();
-        m_server.waitForFinished(TimeLimit);
-    }
-
-    bool start()
-    {
-        // The server chooses a free display and tells its number when it is ready.
-        m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x900x24", "-fbdir",
-                                m_folder.path(), "-nolisten", "tcp"});
-        m_server.closeWriteChannel();
-        if (!comesTrue([&] { return m_server.canReadLine() || m_server.state() == 0; })) {
-            return false;
-        }
-        m_display = ':' + QString::fromLatin1(m_server.readLine().trimmed());
-        return m_display.size() > 1;
-    }
-
-    QProcessEnvironment environment() const
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("DISPLAY", m_display);
-        environment.insert("QT_QPA_PLATFORM", "xcb");
-        environment.insert("QT_FONT_DPI", "96"); // as in every program of QtTest
-        environment.remove("WAYLAND_DISPLAY");
-        return environment;
-    }
-
-    /// Carries out commands of xdotool.
-    bool act(const QStringList &commands) const
-    {
-        QProcess tool;
-        tool.setProcessEnvironment(environment());
-        tool.start("xdotool", commands);
-        return tool.waitForFinished(TimeLimit) && tool.exitCode() == 0;
-    }
-
-    QImage picture() const
-    {
-        QFile file(m_folder.filePath("Xvfb_screen0"));
-        if (!file.open(QIODevice::ReadOnly)) {
-            return QImage();
-        }
-        const QByteArray dump = file.readAll();
-        const auto field = [&dump](int index) {
-            return int(qFromBigEndian<quint32>(dump.constData() + index * int(sizeof(quint32))));
-        };
-        enum { HeaderSize = 0, Width = 4, Height = 5, BytesPerLine = 12, ColorCount = 19 };
-        constexpr int ColorSize = 12; // bytes of an entry of the color map
-        const int offset = field(HeaderSize) + field(ColorCount) * ColorSize;
-        const auto *pixels = reinterpret_cast<const uchar *>(dump.constData()) + offset;
-        return QImage(pixels, field(Width), field(Height), field(BytesPerLine),
-                      QImage::Format_RGB32)
-            .copy();
-    }
-
-private:
-    QTemporaryDir m_folder;
-    QProcess m_server;
-    QString m_display;
-};
 
 } // namespace
 
@@ -173,7 +96,8 @@ void TestMonitorWalk::initTestCase()
     m_twin = std::make_unique<MonitorWindow>(
         quantitiesOf(ProcCounters("/proc").read(), MonitorWindow::MostSeries), 10.0, false);
     m_twin->resize(WindowSize);
-    layOutHidden(*m_twin);
+    const QuietPlatform quiet;
+    showOffScreen(*m_twin);
 }
 
 /// Every walk begins with a live chart: curves that come in and slide.
@@ -272,7 +196,7 @@ bool TestMonitorWalk::comesToLife() const
 /// What shows between panes, in the middle of what is one pane when the curves are combined.
 int TestMonitorWalk::marginPixels() const
 {
-    const QRgb margin = qRgb(0x20, 0x20, 0x20);
+    const QRgb margin = m_twin->palette().color(QPalette::Window).rgb();
     const QImage image = picture();
     int count = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -354,9 +278,7 @@ void TestMonitorWalk::opensMenuByRightClick()
     const QImage before = picture();
 
     QVERIFY(m_screen.act(moveTo(plot().topLeft()) + QStringList{"click", "3"}));
-    // The menu is bright, the chart is not.
-    const QPoint inMenu(60, 100);
-    QVERIFY2(comesTrue([&] { return qGray(picture().pixel(inMenu)) > 200; }), "there is no menu");
+    QVERIFY2(comesTrue([&] { return picture() != before; }), "there is no menu");
     QVERIFY(m_screen.act({"key", "Escape"}));
     QVERIFY(restMouse());
     QVERIFY2(comesTrue([&] { return picture() == before; }), "the menu stays");
@@ -371,7 +293,7 @@ void TestMonitorWalk::hidesCurveByLegend()
     const QRect labels(0, plot().top(), plot().left(), plot().height());
     const QImage before = m_screen.picture().copy(labels);
 
-    const auto *legend = m_twin->findChild<QListView *>();
+    const QTreeView *legend = m_twin->chart().legendView();
     const QModelIndex firstName = model().index(0, DynamicChartModel::NameColumn);
     const QRect entry = legend->visualRect(firstName);
     const QPoint checkBox = legend->viewport()->mapTo(m_twin.get(), entry.topLeft()) +
