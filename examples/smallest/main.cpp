@@ -1,11 +1,12 @@
 #include "model/staticchartmodel.h"
 #include "series/abstractchartseries.h"
-#include "views/chartwidget.h"
+#include "views/multichart.h"
 
 #include <QApplication>
+#include <QMainWindow>
+#include <QToolBar>
 
 #include <cmath>
-#include <memory>
 
 class Wave : public AbstractChartSeries
 {
@@ -18,20 +19,28 @@ class Wave : public AbstractChartSeries
     {
         return AbstractChartSeries::isValid(value);
     }
+    QString name() const override { return "Wave"; }
 };
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    StaticChartModel model("Example", "Smallest");
-    auto *wave = new Wave; // the model's from here on
-    model.addSeries(wave);
+    QMainWindow window;
+    auto *chart = new MultiChart(&window);
+    auto *model = new StaticChartModel("Example", "Smallest");
+    chart->setModel(model); // loads the settings; the model is the chart's from here on
+    model->applyChartSettings();
+    window.setCentralWidget(chart);
+    window.addToolBar(chart->toolBar());
+
+    auto *wave = new Wave;
+    model->addSeries(wave); // the series is the model's from here on
     for (int i = 0; i <= 1000; ++i) {
-        model.addValue(wave, new ChartValue{0.01 * i, std::sin(0.01 * i)});
+        model->addValue(wave, new ChartValue{0.01 * i, std::sin(0.01 * i)});
     }
-    const std::unique_ptr<ChartWidget> chart(model.mainChart());
-    chart->setFixedSize(800, 400);
-    chart->show();
-    model.updateCharts();
-    return application.exec();
+    window.resize(800, 500);
+    window.show();
+    const int exitCode = application.exec();
+    chart->saveSettings();
+    return exitCode;
 }
