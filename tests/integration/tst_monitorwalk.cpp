@@ -289,15 +289,24 @@ void TestMonitorWalk::hidesCurveByLegend()
 {
     QVERIFY(click(model().m_pauseAction));
     QVERIFY(comesToRest());
-    // A hidden curve takes the labels and the title of its axis along, left of the plot.
-    const QRect labels(0, plot().top(), plot().left(), plot().height());
-    const QImage before = m_screen.picture().copy(labels);
 
+    // The last entry stands at the bottom edge, whatever the height of the others.
     const QTreeView *legend = m_twin->chart().legendView();
-    const QModelIndex firstName = model().index(0, DynamicChartModel::NameColumn);
-    const QRect entry = legend->visualRect(firstName);
+    const int lastRow = model().m_series.size() - 1;
+    const QRect entry = legend->visualRect(model().index(lastRow, DynamicChartModel::NameColumn));
     const QPoint checkBox = legend->viewport()->mapTo(m_twin.get(), entry.topLeft()) +
                             QPoint(entry.height() / 2, entry.height() / 2);
+
+    // The axis of a selected curve is shown left of the plot, and goes when the curve is hidden.
+    const QRect labels(0, plot().top(), plot().left(), plot().height());
+    const QImage ofFirst = m_screen.picture().copy(labels);
+    const QPoint name = checkBox + QPoint(2 * entry.height(), 0);
+    QVERIFY(m_screen.act(moveTo(name) + QStringList{"click", "1"}) && restMouse());
+    QVERIFY2(comesTrue([&] { return m_screen.picture().copy(labels) != ofFirst; }),
+             "the axis is not that of the selected curve");
+    QVERIFY(waitForSamples(LongerThanDoubleClick));
+    const QImage before = m_screen.picture().copy(labels);
+
     const QStringList check = moveTo(checkBox) + QStringList{"click", "1"};
     QVERIFY(m_screen.act(check) && restMouse());
     QVERIFY2(comesTrue([&] { return m_screen.picture().copy(labels) != before; }),
