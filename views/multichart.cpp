@@ -92,9 +92,9 @@ void MultiChart::connectModel()
 void MultiChart::slotModelDestroyed()
 {
     m_model = nullptr;
-    // Else the legend goes on selecting in what is gone, which Qt logs. It may be dying itself, and
-    // is no tree view any more then.
-    if (auto *legend = qobject_cast<QTreeView *>(static_cast<QObject *>(ui->legendView))) {
+    // Else the legend goes on selecting in what is gone, which Qt logs. A dying one takes the model
+    // along, and is no tree view any more then.
+    if (auto *legend = qobject_cast<QTreeView *>(m_livingLegend.data())) {
         legend->setModel(nullptr);
     }
 }

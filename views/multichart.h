@@ -88,5 +88,5 @@ private:
     bool showsLegendOnly() const;
     void updateCharts();
 
-    QPointer<QTreeView> m_livingLegend; ///< The model may die because the legend is dying.
+    QPointer<QWidget> m_livingLegend; ///< The legend view, which may die before the model.
 };
