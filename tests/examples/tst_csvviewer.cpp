@@ -112,8 +112,8 @@ void TestCsvViewer::drawsCurveFromCornerToCorner()
     const Outcome outcome = run({file, "--screenshot", picture, "--size", "800x600"});
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
 
-    // The plot is the first white area below the toolbar; the legend comes after a grey margin, which
-    // is higher than a line of the grid.
+    // The plot is the first white area below the toolbar; the legend comes after a grey margin,
+    // which is higher than a line of the grid.
     constexpr int BelowToolBar = 70;
     constexpr int LeastMargin = 20;
     const QImage image(picture);
