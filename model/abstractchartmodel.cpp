@@ -5,6 +5,7 @@
 #include "model/chartmimedata.h"
 #include "model/postonce_p.h"
 #include "series/abstractchartseries.h"
+#include "series/handover_p.h"
 #include "series/pointthread.h"
 #include "series/seriesregistry_p.h"
 #include "undo/scalecommand.h"
@@ -278,6 +279,9 @@ void AbstractChartModel::slotUpdatePointsCompleted()
     if (series && series->m_pointThread->isRunning()) {
         return; // Reported late by an earlier run; the present one will report for itself.
     }
+    if (series) {
+        takeOver(series->m_pointThread);
+    }
     m_updatingSeries.removeAll(series);
     if (!updatePointsInProgress()) {
         finishPass();
@@ -324,6 +328,7 @@ void AbstractChartModel::repaintCharts()
 
 void AbstractChartModel::applyChartSettings()
 {
+    m_visibleInterval = m_settings.visibleInterval; // For feeders; the scale follows below.
     setAutoScale(m_settings.autoScaleX, m_settings.autoScaleY);
     for (AbstractChartSeries *series : qAsConst(m_series)) {
         if (!series) {

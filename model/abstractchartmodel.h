@@ -322,6 +322,13 @@ public slots:
 protected:
     void setScrollLocked(bool on);
 
+    /// m_settings.individualScale, for any thread: off the GUI thread it is what that thread has
+    /// used last, in applyChartSettings() or wherever it adjusts a Y axis.
+    bool individualScale() const;
+
+    /// The same for m_settings.visibleInterval.
+    double visibleInterval() const;
+
     /// X of the first and of the last sample that have a finite one; nothing if there is none. The
     /// lock on the axes must be held.
     static std::optional<QPair<double, double>> finiteEndsX(const AbstractChartSeries &series);
@@ -377,6 +384,11 @@ private:
     /// order; nothing that waits runs under it.
     mutable QRecursiveMutex m_axesMutex;
     std::unique_ptr<HorizontalChartAxis> m_ownedAxisX;
+
+    // What feeders read of m_settings, which belongs to the GUI thread.
+    mutable std::atomic<bool> m_individualScale{true};
+    mutable std::atomic<double> m_visibleInterval{0.0};
+
     std::atomic<bool> m_historyPosted{false}; ///< A rewriting of the history is on its way.
     std::atomic<bool> m_updatePosted{false};
     std::atomic<bool> m_chartsUpdatePosted{false};

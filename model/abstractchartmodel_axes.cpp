@@ -4,6 +4,7 @@
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
 #include "series/abstractchartseries.h"
+#include "series/handover_p.h"
 #include "series/pointthread.h"
 #include "views/chartwidget.h"
 
@@ -57,6 +58,7 @@ QVector<ShownSeries> gatherShownSeries(const QList<AbstractChartSeries *> &all)
             if (series->m_pointThread->isRunning()) {
                 continue; // Started before it had a pane; its pixels mean nothing yet.
             }
+            takeOver(series->m_pointThread);
             series->updateMatrix(plot);
         }
         shown.append({series, plot});
@@ -117,7 +119,7 @@ QPair<double, double> AbstractChartModel::minMaxY() const
 QPair<double, double> AbstractChartModel::scale(const AbstractChartSeries *series) const
 {
     const AxesLocker locker(this);
-    if (!m_settings.individualScale) {
+    if (!individualScale()) {
         return minMaxY();
     }
     if (!series || !series->m_axisY) {
@@ -130,10 +132,26 @@ QPair<double, double> AbstractChartModel::scale(const AbstractChartSeries *serie
     return widened(qMakePair(lower, upper));
 }
 
+bool AbstractChartModel::individualScale() const
+{
+    if (isOwnThread()) {
+        m_individualScale = m_settings.individualScale;
+    }
+    return m_individualScale;
+}
+
+double AbstractChartModel::visibleInterval() const
+{
+    if (isOwnThread()) {
+        m_visibleInterval = m_settings.visibleInterval;
+    }
+    return m_visibleInterval;
+}
+
 void AbstractChartModel::adjustAxisY(AbstractChartSeries *series)
 {
     const AxesLocker locker(this);
-    if (!series || !m_settings.individualScale) {
+    if (!series || !individualScale()) {
         adjustAxisY();
         return;
     }
@@ -148,7 +166,7 @@ void AbstractChartModel::adjustAxisY()
 {
     const AxesLocker locker(this);
     const QList<AbstractChartSeries *> all = m_series;
-    if (m_settings.individualScale) {
+    if (individualScale()) {
         for (AbstractChartSeries *series : all) {
             if (series) {
                 adjustAxisY(series);

@@ -5,6 +5,7 @@
 #include "model/axeslocker_p.h"
 #include "model/postonce_p.h"
 #include "series/abstractchartseries.h"
+#include "series/lockorder_p.h"
 #include "series/pointthread.h"
 #include "series/seriesregistry_p.h"
 #include "undo/addseriescommand.h"
@@ -46,7 +47,7 @@ public:
 
 private:
     SeriesRegistry::Reader m_reader;
-    std::optional<QMutexLocker> m_valuesLocker;
+    std::optional<ValuesLocker> m_valuesLocker;
     std::optional<AxesLocker> m_axesLocker;
 };
 

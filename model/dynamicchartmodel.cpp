@@ -17,7 +17,7 @@ DynamicChartModel::DynamicChartModel(const QString &organization, const QString 
 {
     {
         const AxesLocker locker(this);
-        assignWindow(0.0, m_settings.visibleInterval);
+        assignWindow(0.0, visibleInterval());
     }
     m_pauseAction->setEnabled(false);
 }
@@ -31,8 +31,8 @@ void DynamicChartModel::applyChartSettings()
     bool hasOtherWidth = false;
     {
         const AxesLocker locker(this);
-        hasOtherWidth = m_axisX && !m_axisX->m_zoomed &&
-                        m_axisX->m_max - m_axisX->m_min != m_settings.visibleInterval;
+        hasOtherWidth =
+            m_axisX && !m_axisX->m_zoomed && m_axisX->m_max - m_axisX->m_min != visibleInterval();
     }
     if (!hasOtherWidth) {
         return;
@@ -84,7 +84,7 @@ void DynamicChartModel::assignWindow(double a, double b)
 /// The left edge stays and the width is the set one again, whatever zoom there was.
 void DynamicChartModel::restoreWidth()
 {
-    assignWindow(m_axisX->m_min, m_axisX->m_min + m_settings.visibleInterval);
+    assignWindow(m_axisX->m_min, m_axisX->m_min + visibleInterval());
 }
 
 /// Lets the window end at the newest sample, with the width that it has.
@@ -145,7 +145,7 @@ void DynamicChartModel::undoZoom()
         m_axisX->m_zoomed = false;
         const std::optional<QPair<double, double>> extent = dataExtentX();
         const double newest = extent ? extent->second : 0.0;
-        const double interval = m_settings.visibleInterval;
+        const double interval = visibleInterval();
         if (m_dynamicGrid) {
             assignWindow(newest - interval, newest);
         } else {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "series/handover_p.h"
+
 #include <QMetaObject>
 #include <QObject>
 
@@ -9,10 +11,12 @@
 template <typename Call>
 void postOnce(QObject *receiver, std::atomic<bool> &posted, Call call)
 {
+    handOver(&posted);
     if (posted.exchange(true)) {
         return;
     }
     const auto run = [&posted, call] {
+        takeOver(&posted);
         posted = false;
         call();
     };

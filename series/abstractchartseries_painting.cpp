@@ -1,5 +1,6 @@
 #include "series/abstractchartseries.h"
 
+#include "series/lockorder_p.h"
 #include "series/pointthread.h"
 #include "views/chartcursor.h"
 #include "views/cursorvalue.h"
@@ -7,7 +8,6 @@
 #include <QApplication>
 #include <QBrush>
 #include <QFontMetrics>
-#include <QMutexLocker>
 #include <QPainter>
 #include <QPen>
 
@@ -48,7 +48,7 @@ void AbstractChartSeries::paint(QPainter &painter, const QRectF &rect, const QTr
                                 ChartCursor *cursor)
 {
     const QFontMetrics metrics(QApplication::font());
-    const QMutexLocker locker(&m_pointsMutex);
+    const PointsLocker locker(&m_pointsMutex);
     painter.setPen(linePen(m_color, m_lineWidth));
 
     bool found = false;

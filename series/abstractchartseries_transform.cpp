@@ -3,6 +3,7 @@
 #include "axes/horizontalchartaxis.h"
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
+#include "series/handover_p.h"
 #include "series/pointthread.h"
 #include "views/chartwidget.h"
 
@@ -165,6 +166,7 @@ void AbstractChartSeries::updatePoints(const QRectF &rect)
     if (m_pointThread->isRunning()) {
         return;
     }
+    takeOver(m_pointThread);
     QRectF clip;
     {
         // Held over both, so that no feeder moves an axis between the map and the clip.

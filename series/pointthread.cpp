@@ -2,8 +2,8 @@
 
 #include "series/abstractchartseries.h"
 #include "series/fastlineclip.h"
-
-#include <QMutexLocker>
+#include "series/handover_p.h"
+#include "series/lockorder_p.h"
 
 #include <iterator>
 
@@ -47,8 +47,11 @@ void PointThread::startThread(const QRectF &rect)
 
 bool PointThread::stopThread()
 {
+    LockOrder::expectNone(); // The worker may wait for any of them.
     m_stop = true;
-    return wait();
+    const bool ended = wait();
+    takeOver(this);
+    return ended;
 }
 
 void PointThread::run()
@@ -56,12 +59,16 @@ void PointThread::run()
     if (!m_series) {
         return;
     }
-    const QMutexLocker pointsLocker(&m_series->m_pointsMutex);
-    const QMutexLocker valuesLocker(&m_series->m_valuesMutex);
-    m_points.clear(); // keeps its capacity for the next calculation
-    if (m_rect.width() > 0.0 && m_rect.height() > 0.0) {
-        walkPairs();
+    {
+        const PointsLocker pointsLocker(&m_series->m_pointsMutex);
+        const ValuesLocker valuesLocker(&m_series->m_valuesMutex);
+        m_points.clear(); // keeps its capacity for the next calculation
+        if (m_rect.width() > 0.0 && m_rect.height() > 0.0) {
+            walkPairs();
+        }
     }
+    handOver(this);     // The map that was read belongs to the GUI thread again,
+    handOver(thread()); // which gets finished().
 }
 
 void PointThread::walkPairs()

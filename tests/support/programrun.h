@@ -8,7 +8,8 @@
 /// How a program ended, and what it said.
 struct Outcome
 {
-    int exitCode = -1; ///< -1 if the program did not end by itself.
+    int exitCode = -1;    ///< -1 if the program did not end by itself.
+    bool crashed = false; ///< A signal has ended it, but not for the time that it took.
     QString output;
     QString errors;
 };
@@ -19,8 +20,9 @@ constexpr int ProgramTimeLimit = 60000; // milliseconds, of which a program need
 inline Outcome outcomeOf(QProcess &process)
 {
     Outcome outcome;
-    if (process.waitForFinished(ProgramTimeLimit) && process.exitStatus() == QProcess::NormalExit) {
-        outcome.exitCode = process.exitCode();
+    if (process.waitForFinished(ProgramTimeLimit)) {
+        outcome.crashed = process.exitStatus() == QProcess::CrashExit;
+        outcome.exitCode = outcome.crashed ? -1 : process.exitCode();
     }
     outcome.output = QString::fromLocal8Bit(process.readAllStandardOutput());
     outcome.errors = QString::fromLocal8Bit(process.readAllStandardError());
