@@ -30,6 +30,21 @@ AbstractChartSeries::~AbstractChartSeries()
     delete m_axisY;
 }
 
+void *AbstractChartSeries::operator new(std::size_t size)
+{
+    return ::operator new(size);
+}
+
+void *AbstractChartSeries::operator new(std::size_t size, const std::nothrow_t &tag) noexcept
+{
+    return ::operator new(size, tag);
+}
+
+void AbstractChartSeries::operator delete(void *memory)
+{
+    SeriesRegistry::instance().retire(memory);
+}
+
 bool AbstractChartSeries::isValid(const ChartValue *value) const
 {
     return value && qIsFinite(value->y) && qIsFinite(value->x);

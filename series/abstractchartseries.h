@@ -19,6 +19,9 @@
 #include <QString>
 #include <QTransform>
 
+#include <cstddef>
+#include <new>
+
 class AbstractChartModel;
 class ChartCursor;
 class ChartPoint;
@@ -65,6 +68,14 @@ public:
 
     /// Stops the worker and frees the samples.
     ~AbstractChartSeries() override;
+
+    // The memory of a dead series is freed late: a feeder may still know its address, and is not to
+    // feed the next series that would live there.
+
+    static void *operator new(std::size_t size);
+    static void *operator new(std::size_t size, const std::nothrow_t &tag) noexcept;
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    static void operator delete(void *memory);
 
     // What an application supplies
 

@@ -3,10 +3,23 @@
 #include "series/abstractchartseries.h"
 #include "series/pointthread.h"
 
+namespace {
+
+constexpr int RetiredLimit = 1000; // dead series, of less than a kilobyte each
+
+} // namespace
+
 SeriesRegistry &SeriesRegistry::instance()
 {
     static SeriesRegistry registry;
     return registry;
+}
+
+SeriesRegistry::~SeriesRegistry()
+{
+    for (void *memory : qAsConst(m_retired)) {
+        ::operator delete(memory);
+    }
 }
 
 void SeriesRegistry::enter(const AbstractChartSeries *series)
@@ -25,6 +38,19 @@ bool SeriesRegistry::contains(const AbstractChartSeries *series)
 {
     const Reader reader;
     return m_series.contains(series);
+}
+
+void SeriesRegistry::retire(void *memory)
+{
+#ifdef __SANITIZE_ADDRESS__
+    ::operator delete(memory); // The sanitizer retires it, and tells of whoever touches it then.
+#else
+    const QWriteLocker locker(&m_lock);
+    m_retired.enqueue(memory);
+    if (m_retired.size() > RetiredLimit) {
+        ::operator delete(m_retired.dequeue());
+    }
+#endif
 }
 
 int &SeriesRegistry::Reader::depth()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QQueue>
 #include <QReadWriteLock>
 #include <QSet>
 
@@ -10,12 +11,14 @@ class AbstractChartSeries;
  *
  * A feeder may hold a pointer to a series that the undo history has deleted meanwhile. It asks here
  * before it touches the series, and keeps the series alive for as long as it holds a Reader.
- * Invariant: a series is entered from its constructor until retire() or its destructor.
+ * Invariant: a series is entered from its constructor until leave(), in its destructor at the
+ * latest.
  */
 class SeriesRegistry
 {
 public:
     static SeriesRegistry &instance();
+    ~SeriesRegistry();
 
     void enter(const AbstractChartSeries *series);
 
@@ -26,6 +29,11 @@ public:
     /// Whether \p series lives. The answer holds for as long as the caller holds a Reader; on the
     /// GUI thread, which alone deletes series, until it deletes one.
     bool contains(const AbstractChartSeries *series);
+
+    /// Takes the memory of a dead series, and frees it when some hundred more have died. Else the
+    /// next series would often live at this very address, and those who feed the dead one would
+    /// feed it, even while it is being constructed.
+    void retire(void *memory);
 
     /// Keeps all series alive while it exists. One thread may hold several: only its first takes
     /// the lock. (Qt's recursive mode would allocate for each sample.)
@@ -43,6 +51,7 @@ public:
 private:
     QReadWriteLock m_lock;
     QSet<const AbstractChartSeries *> m_series; ///< Guarded by m_lock.
+    QQueue<void *> m_retired;                   ///< Oldest first. Guarded by m_lock.
 };
 
 /**
