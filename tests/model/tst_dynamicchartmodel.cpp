@@ -8,6 +8,7 @@
 #include <QtTest>
 #include <QUndoStack>
 
+#include <atomic>
 #include <limits>
 
 #include <malloc.h>
@@ -100,7 +101,7 @@ public:
         return PlainSeries::isValid(value);
     }
 
-    mutable int m_questions = 0;
+    mutable std::atomic<int> m_questions{0};
 };
 
 /// Takes every sample for a valid one.
@@ -605,9 +606,9 @@ void TestDynamicChartModel::asksNoFurtherSeriesAfterTheFirstCrossing()
     model.adjustAxisX();
 
     QCOMPARE(windowOf(model), QString("[80,180]"));
-    QCOMPARE(all.at(0)->m_questions, 1);
-    QCOMPARE(all.at(1)->m_questions, 1);
-    QCOMPARE(all.at(2)->m_questions, 0);
+    QCOMPARE(all.at(0)->m_questions.load(), 1);
+    QCOMPARE(all.at(1)->m_questions.load(), 1);
+    QCOMPARE(all.at(2)->m_questions.load(), 0);
 }
 
 void TestDynamicChartModel::leavesAWindowBeforeTheData()
