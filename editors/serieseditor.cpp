@@ -27,10 +27,12 @@ SeriesEditor::SeriesEditor(QWidget *parent)
 
     m_seriesButton = newButton(SampleSize, QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusProxy(m_seriesButton);
+    m_seriesButton->setAccessibleName(tr("Series properties"));
     connect(m_seriesButton, SIGNAL(clicked()), SLOT(slotSeriesButtonClicked()));
 
     m_resetButton = newButton(ResetSize, QSizePolicy::Fixed, QSizePolicy::MinimumExpanding);
     m_resetButton->setIcon(QIcon(QStringLiteral(":/chart/images/resetproperty.png")));
+    m_resetButton->setAccessibleName(tr("Restore defaults"));
     connect(m_resetButton, SIGNAL(clicked()), SLOT(emitResetProperty()));
 }
 

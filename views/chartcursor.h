@@ -38,12 +38,12 @@ public:
     void paint(QPainter &painter, QLineF const &line, QList<CursorValue> &values,
                QRectF const &rect, bool showTime, QPalette const &palette);
 
-    AbstractChartModel *m_model;
-    int m_side = 0;          ///< Side of the line on which the boxes stand.
-    bool m_visible = false;  ///< The cursor is shown.
-    QString m_timeText;      ///< Time label as last computed.
-    QRectF m_timeRect;       ///< Its box; the size counts, paint() sets the position.
-    double m_position = 0.0; ///< X of the line, in pane pixels.
+    AbstractChartModel *m_model; ///< Not owned; may be null.
+    int m_side = 0;              ///< Side of the line on which the boxes stand.
+    bool m_visible = false;      ///< The cursor is shown.
+    QString m_timeText;          ///< Time label as last computed.
+    QRectF m_timeRect;           ///< Its box; the size counts, paint() sets the position.
+    double m_position = 0.0;     ///< X of the line, in pane pixels.
 
 private:
     void paintLine(QPainter &painter, const QLineF &line) const;

@@ -5,6 +5,7 @@
 #include "model/abstractchartmodel.h"
 #include "model/axeslocker_p.h"
 #include "series/abstractchartseries.h"
+#include "views/chartaccessible_p.h"
 #include "views/chartcursor.h"
 #include "views/cursorvalue.h"
 
@@ -41,6 +42,8 @@ ChartWidget::ChartWidget(AbstractChartModel *model, QWidget *parent, Qt::WindowF
     // The cursor line follows the mouse without a button held.
     setAttribute(Qt::WA_MouseTracking);
     setAcceptDrops(true);
+    setFocusPolicy(Qt::StrongFocus);
+    installChartAccessible();
 }
 
 ChartWidget::~ChartWidget()
@@ -176,6 +179,7 @@ void ChartWidget::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     paint(painter, chartPalette(), QRectF());
+    paintFocus(painter);
 }
 
 // All painting takes its colours from this palette: so the settings reach the axes.

@@ -27,7 +27,10 @@ class VerticalChartAxis;
  * bottom. A pane keeps no list of series: each series names its pane. All geometry is in pane
  * pixels; the plot, to which the ranges of the axes map, lies 1% inside the frame.
  *
- * May be placed in any layout; a pane that dies leaves its model's list. GUI thread only.
+ * May be placed in any layout; a pane that dies leaves its model's list. Takes the focus by Tab and
+ * by a click, and then keys move the cursor line, zoom and scroll. Tells assistive technology its
+ * series, ranges and cursor, unless the application has set an accessible name or description. GUI
+ * thread only.
  */
 class QUARVCHART_EXPORT ChartWidget : public QWidget
 {
@@ -65,7 +68,7 @@ public:
 
     /// The series of this pane in row order.
     QList<AbstractChartSeries *> seriesList() const;
-    bool isEmpty() const;
+    bool isEmpty() const; ///< No series names this pane, a hidden one included.
 
     /// The selected series of this pane, or else its first; null if it has none.
     AbstractChartSeries *selectedSeries() const;
@@ -73,8 +76,8 @@ public:
     /**
      * Draws the pane into \p rect of the painter's device, or as on the screen if \p rect is null.
      *
-     * Background and grid colour are the roles Window and AlternateBase of \p palette. Waits for
-     * running calculations of the pane's series. The painter is restored.
+     * Background, grid and labels of the X axis have the roles Window, AlternateBase and WindowText
+     * of \p palette. Waits for running calculations of the pane's series. The painter is restored.
      */
     void paint(QPainter &painter, QPalette const &palette, QRectF const &rect);
 
@@ -95,11 +98,14 @@ signals:
     void seriesParentChanged();
     /// \p zoomRect, in pane pixels, is to fill the plot \p chartRect; \p zoomType is a ZoomType.
     void zoomChanged(QRectF const &chartRect, QRectF const &zoomRect, int zoomType);
+    /// The mouse or a key has moved the cursor to \p pos, in pane pixels, or has left.
     void cursorStateChanged(double pos, bool visible);
-    void beginMove();
-    void endMove();
+    void beginMove(); ///< A drag of the view begins.
+    void endMove();   ///< It has ended.
 
 protected:
+    /// @{
+    /// What the user does, and what the system asks for.
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -110,10 +116,31 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
+    /**
+     * Left and Right move the cursor line by one pixel, with Ctrl by ten; Home and End put it to
+     * the ends of the plot; Escape hides it.
+     *
+     * Plus and minus zoom as the actions of the model do, with Ctrl along X and with Alt along Y.
+     * Up, Down, PageUp, PageDown, Shift+Left, Shift+Right, Ctrl+Home and Ctrl+End scroll likewise.
+     * Every other key is ignored, and all of them without a model and while the mouse drags.
+     */
+    void keyPressEvent(QKeyEvent *event) override;
+
+    /// Focus that comes by the keyboard is shown, outside of the frame.
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    /// @}
+
 private:
     bool isInFrame(const QPoint &point) const;
     void startDrag(const QPoint &point);
     bool takesDropOf(AbstractChartSeries *series) const;
+    bool moveCursorLine(const QKeyEvent &event);
+    bool hideCursorLine(const QKeyEvent &event);
+    void sendCursorLine(double position, bool visible);
+    bool triggerAction(const QKeyEvent &event);
+    void updateFocus();
+    void paintFocus(QPainter &painter);
     int sideSpace(bool isOuter) const;
     QPalette chartPalette() const;
     QTransform deviceTransform(const QRectF &target, const QRectF &chart) const;
@@ -126,4 +153,6 @@ private:
                                    AbstractChartSeries *selected);
     void updateTimeLabel(const QPainter &painter, const QLineF &line,
                          AbstractChartSeries &selected);
+
+    bool m_showsFocus = false; ///< The focus, if it is here, has come by the keyboard.
 };

@@ -16,10 +16,10 @@ public:
     /// reversal is wanted: the cursor stacks its boxes from below.
     bool operator<(const CursorValue &other) const { return y > other.y; }
 
-    QString text;
-    QRect rect;
-    QColor frameColor;
-    QColor textColor;
+    QString text;        ///< AbstractChartSeries::stringValue() between two blanks.
+    QRect rect;          ///< The box.
+    QColor frameColor;   ///< Colour of the series.
+    QColor textColor;    ///< AbstractChartSeries::textColor() for the sample's state.
     double y = 0.0;      ///< Y of the point that the box belongs to.
     double pointY = 0.0; ///< The same.
 };

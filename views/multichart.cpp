@@ -14,6 +14,20 @@
 #include <algorithm>
 #include <numeric>
 
+namespace {
+
+/// Tab goes from pane to pane from top to bottom, whatever the order they were made in.
+void chainFocus(const QList<ChartWidget *> &charts)
+{
+    for (int i = 1; i < charts.size(); ++i) {
+        if (charts.at(i - 1) && charts.at(i)) {
+            QWidget::setTabOrder(charts.at(i - 1), charts.at(i));
+        }
+    }
+}
+
+} // namespace
+
 MultiChart::MultiChart(QWidget *parent)
     : QSplitter(parent)
     , ui(new Ui_MultiChart)
@@ -27,9 +41,11 @@ MultiChart::MultiChart(QWidget *parent)
     legend->setDragEnabled(true);
     legend->setItemDelegate(new SeriesDelegate(this));
     legend->setEditTriggers(QAbstractItemView::AllEditTriggers);
+    legend->setAccessibleName(tr("Legend"));
 
     m_toolBar->setObjectName(QStringLiteral("chartToolBar"));
     m_toolBar->setWindowTitle(tr("Chart toolbar"));
+    m_toolBar->setAccessibleName(m_toolBar->windowTitle());
     connect(this, SIGNAL(splitterMoved(int, int)), SLOT(slotSplitterMoved()));
 }
 
@@ -128,6 +144,7 @@ void MultiChart::slotChartCountChanged()
             insertWidget(i, charts.at(i));
         }
     }
+    chainFocus(charts);
     if (!m_splitterStates.contains(charts.size())) {
         slotAdjustSize();
         return;

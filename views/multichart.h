@@ -32,6 +32,7 @@ class QUARVCHART_EXPORT MultiChart : public QSplitter
     Q_OBJECT
 
 public:
+    /// A legend without a model, and a toolbar without actions.
     explicit MultiChart(QWidget *parent = nullptr);
 
     /// Takes the model along, if it still lives, but not the toolbar.
@@ -45,7 +46,7 @@ public:
      */
     void setModel(AbstractChartModel *model);
 
-    QTreeView *legendView() const;
+    QTreeView *legendView() const; ///< Child of this widget.
 
     /// The model's actions, once there is a model. Without a parent, and never deleted here:
     /// whoever places it owns it, as QMainWindow::addToolBar() does.
@@ -74,11 +75,11 @@ public slots:
     void slotChartCountChanged(); ///< Takes new panes in.
     void slotSavePosition();      ///< Keeps the present heights, unless they are not visible.
     void slotAdjustSize();        ///< Makes the plots equally high; the legend keeps its height.
-    void slotSplitterMoved();
-    void slotResizeColumnsToContents();
+    void slotSplitterMoved();     ///< Redraws: the panes have other heights.
+    void slotResizeColumnsToContents(); ///< Fits the legend's columns to their contents.
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override; ///< Redraws.
 
 private slots:
     void slotModelDestroyed();
