@@ -13,6 +13,15 @@
 #include <algorithm>
 #include <utility>
 
+// The linker leaves out of a static library what nobody names, and so what would register the
+// images by itself.
+static void registerImages()
+{
+#ifdef QUARVCHART_STATIC_DEFINE
+    Q_INIT_RESOURCE(chart);
+#endif
+}
+
 namespace {
 
 QIcon chartIcon(const char *image)
@@ -34,6 +43,7 @@ QAction *AbstractChartModel::newAction(const QString &text, const char *image, c
 
 void AbstractChartModel::createActions()
 {
+    registerImages();
     createSeriesActions();
     createModeActions();
     createZoomActions();

@@ -21,11 +21,6 @@ constexpr int LongestSide = 32767; // pixels that Qt can paint on in one directi
 constexpr int SvgResolution = 96;  // units for each inch: what SVG calls a pixel
 constexpr int PointsPerInch = 72;
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("ChartExport", text);
-}
-
 /// Where a file goes before it is whole.
 class Buffer : public QBuffer
 {
@@ -42,7 +37,10 @@ QImage imageOf(const ChartPicture &picture, double scale, QString *reason)
         width >= 1.0 && height >= 1.0 && width <= LongestSide && height <= LongestSide;
     QImage image(possible ? QSize(int(width), int(height)) : QSize(), QImage::Format_RGB32);
     if (image.isNull()) {
-        *reason = translated("there can be no image of %1 x %2 pixels").arg(width).arg(height);
+        *reason =
+            QCoreApplication::translate("ChartExport", "there can be no image of %1 x %2 pixels")
+                .arg(width)
+                .arg(height);
         return image;
     }
     QPainter painter(&image);
@@ -56,7 +54,7 @@ QByteArray encodePng(const ChartPicture &picture, double scale, QString *reason)
     const QImage image = imageOf(picture, scale, reason);
     Buffer buffer;
     if (!image.isNull() && !image.save(&buffer, "png")) {
-        *reason = translated("the image cannot be encoded");
+        *reason = QCoreApplication::translate("ChartExport", "the image cannot be encoded");
     }
     return buffer.data();
 }
@@ -95,7 +93,7 @@ QByteArray encodePdf(const ChartPicture &picture)
 QByteArray encode(const ChartPicture &picture, PictureFormat format, double scale, QString *reason)
 {
     if (picture.size().isEmpty()) {
-        *reason = translated("there is nothing to be seen");
+        *reason = QCoreApplication::translate("ChartExport", "there is nothing to be seen");
         return QByteArray();
     }
     switch (format) {

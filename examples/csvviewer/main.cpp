@@ -1,9 +1,11 @@
 #include "launcher.h"
 
 #include "common/commandline.h"
+#include "common/translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLocale>
 
 #include <optional>
 
@@ -29,8 +31,9 @@ private:
 };
 
 CommandLine::CommandLine()
-    : m_screenshot("screenshot", tr("Write a picture of the window as PNG, and end."), "FILE.png")
-    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), "WxH",
+    : m_screenshot("screenshot", tr("Write a picture of the window as PNG, and end."),
+                   tr("FILE.png"))
+    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), tr("WxH"),
              "1200x1000")
     , m_separate("separate", tr("Show each column in a pane of its own."))
     , m_combine("combine", tr("Show all columns in one pane."))
@@ -41,7 +44,7 @@ CommandLine::CommandLine()
     m_parser.addOptions({m_screenshot, m_size, m_separate, m_combine});
     m_parser.addHelpOption();
     m_parser.addVersionOption();
-    m_parser.addPositionalArgument("FILE", tr("The file to show."), "[FILE]");
+    m_parser.addPositionalArgument(tr("FILE"), tr("The file to show."), tr("[FILE]"));
 }
 
 std::optional<LaunchOptions> CommandLine::parse(QString *problem)
@@ -84,6 +87,7 @@ int main(int argc, char *argv[])
 {
     const bool withoutDisplay = drawIntoMemoryWithoutDisplay();
     QApplication application(argc, argv);
+    installTranslations(QLocale());
     QCoreApplication::setOrganizationName("QUARVChart5");
     QCoreApplication::setApplicationName("csvviewer");
     QCoreApplication::setApplicationVersion(CSVVIEWER_VERSION);

@@ -2,9 +2,11 @@
 #include "signalwatcher.h"
 
 #include "common/commandline.h"
+#include "common/translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLocale>
 
 #include <optional>
 
@@ -40,17 +42,19 @@ private:
 };
 
 CommandLine::CommandLine()
-    : m_interval("interval", tr("Time from sample to sample in milliseconds (250)."), "MS", "250")
-    , m_window("window", tr("Width of the view in seconds (60, or as last time)."), "SECONDS", "60")
-    , m_keep("keep", tr("Age at which samples go, in seconds (600)."), "SECONDS", "600")
+    : m_interval("interval", tr("Time from sample to sample in milliseconds (250)."), tr("MS"),
+                 "250")
+    , m_window("window", tr("Width of the view in seconds (60, or as last time)."), tr("SECONDS"),
+               "60")
+    , m_keep("keep", tr("Age at which samples go, in seconds (600)."), tr("SECONDS"), "600")
     , m_separate("separate", tr("Show each curve in a pane of its own."))
-    , m_seconds("seconds", tr("End after so many seconds."), "N")
+    , m_seconds("seconds", tr("End after so many seconds."), tr("N"))
     , m_screenshot("screenshot", tr("Write a picture of the window as PNG at that end."),
-                   "FILE.png")
-    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), "WxH",
+                   tr("FILE.png"))
+    , m_size("size", tr("Size of the window in pixels (1200x1000, or as last time)."), tr("WxH"),
              "1200x1000")
-    , m_record("record", tr("Write all samples to a table, which csvviewer shows."), "FILE.csv")
-    , m_proc("proc", tr("Folder of the kernel's counters (/proc)."), "FOLDER", "/proc")
+    , m_record("record", tr("Write all samples to a table, which csvviewer shows."), tr("FILE.csv"))
+    , m_proc("proc", tr("Folder of the kernel's counters (/proc)."), tr("FOLDER"), "/proc")
 {
     m_parser.setApplicationDescription(
         tr("Shows what the machine is doing: processors, load, memory, network and disks."));
@@ -146,6 +150,7 @@ int main(int argc, char *argv[])
 {
     const bool withoutDisplay = drawIntoMemoryWithoutDisplay();
     QApplication application(argc, argv);
+    installTranslations(QLocale());
     QCoreApplication::setOrganizationName("QUARVChart5");
     QCoreApplication::setApplicationName("monitor");
     QCoreApplication::setApplicationVersion(MONITOR_VERSION);

@@ -2,14 +2,7 @@
 
 #include "proccounters.h"
 
-#include <QCoreApplication>
-
 namespace {
-
-QString translated(const char *name)
-{
-    return QCoreApplication::translate("Quantity", name);
-}
 
 /// Traffic in one direction; \p traffic says where, \p direction which way.
 Quantity rate(const QString &name, std::optional<Traffic> ProcReading::*traffic,
@@ -35,7 +28,7 @@ Quantity gauge(const QString &name, int decimals, std::optional<double> ProcRead
 
 Quantity allCores()
 {
-    return {translated("CPU %"), 1, true,
+    return {Quantity::tr("CPU %"), 1, true,
             [](const ProcReading &before, const ProcReading &after, double) {
                 return busyPercent(before.cpu, after.cpu);
             }};
@@ -47,7 +40,7 @@ Quantity core(int number)
         const auto found = reading.cores.constFind(number);
         return found == reading.cores.constEnd() ? std::nullopt : std::make_optional(*found);
     };
-    return {translated("CPU %1 %").arg(number), 1, true,
+    return {Quantity::tr("CPU %1 %").arg(number), 1, true,
             [timeOf](const ProcReading &before, const ProcReading &after, double) {
                 return busyPercent(timeOf(before), timeOf(after));
             }};
@@ -56,14 +49,16 @@ Quantity core(int number)
 void appendTraffic(std::vector<Quantity> &quantities, const ProcReading &reading)
 {
     if (reading.network) {
-        quantities.push_back(rate(translated("Net in KiB/s"), &ProcReading::network, &Traffic::in));
         quantities.push_back(
-            rate(translated("Net out KiB/s"), &ProcReading::network, &Traffic::out));
+            rate(Quantity::tr("Net in KiB/s"), &ProcReading::network, &Traffic::in));
+        quantities.push_back(
+            rate(Quantity::tr("Net out KiB/s"), &ProcReading::network, &Traffic::out));
     }
     if (reading.disk) {
-        quantities.push_back(rate(translated("Disk read KiB/s"), &ProcReading::disk, &Traffic::in));
         quantities.push_back(
-            rate(translated("Disk write KiB/s"), &ProcReading::disk, &Traffic::out));
+            rate(Quantity::tr("Disk read KiB/s"), &ProcReading::disk, &Traffic::in));
+        quantities.push_back(
+            rate(Quantity::tr("Disk write KiB/s"), &ProcReading::disk, &Traffic::out));
     }
 }
 
@@ -76,10 +71,10 @@ std::vector<Quantity> quantitiesOf(const ProcReading &reading, int most)
         quantities.push_back(allCores());
     }
     if (reading.load) {
-        quantities.push_back(gauge(translated("Load"), 2, &ProcReading::load));
+        quantities.push_back(gauge(Quantity::tr("Load"), 2, &ProcReading::load));
     }
     if (reading.memoryUsed) {
-        quantities.push_back(gauge(translated("Memory MiB"), 1, &ProcReading::memoryUsed));
+        quantities.push_back(gauge(Quantity::tr("Memory MiB"), 1, &ProcReading::memoryUsed));
     }
     appendTraffic(quantities, reading);
     if (reading.cores.size() > 1) {

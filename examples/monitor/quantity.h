@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -17,6 +18,8 @@ struct Quantity
     /// Computes it from two readings and the seconds between them. NaN if it has no value.
     std::function<double(const ProcReading &before, const ProcReading &after, double seconds)>
         value;
+
+    Q_DECLARE_TR_FUNCTIONS(Quantity)
 };
 
 /**
