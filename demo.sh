@@ -12,7 +12,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 build=build/demo
 
 cmake/install-packages.sh build-essential g++ cmake ninja-build qtbase5-dev libqt5svg5-dev \
-    fonts-dejavu-core
+    qttools5-dev qttools5-dev-tools qttranslations5-l10n fonts-dejavu-core
 
 # A warning that only another compiler knows must not spoil a demonstration.
 cmake --preset release -B "$build" -DQUARVCHART_BUILD_TESTS=OFF -DQUARVCHART_BUILD_BENCHMARKS=OFF \
@@ -24,11 +24,11 @@ has_display() {
 }
 
 if [[ -n $file ]]; then
-    command=("$build/examples/csvviewer/csvviewer" "$file")
+    command=("$build/examples/csvviewer/quarvchart5-csvviewer" "$file")
     picture=$build/csvviewer.png
     for_picture=()
 else
-    command=("$build/examples/monitor/monitor" --separate)
+    command=("$build/examples/monitor/quarvchart5-monitor" --separate)
     picture=$build/monitor.png
     # High enough for ten panes.
     for_picture=(--seconds 20 --window 20 --size 1200x1400)
