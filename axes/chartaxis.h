@@ -78,8 +78,8 @@ protected:
     /// A tick label with its box, in device coordinates once it has been placed.
     struct Label
     {
-        QString text;
-        QRectF box;
+        QString text; ///< May have two lines.
+        QRectF box;   ///< Sized for the text.
     };
 
     /// The multiple of m_step next to m_min; \p rounding says on which side, by std::ceil or

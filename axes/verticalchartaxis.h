@@ -27,7 +27,7 @@ public:
     /// Whether two grid values print alike and one more decimal may still help: at most five do.
     bool needIncreasePrecision() const;
 
-    AbstractChartSeries *m_series;
+    AbstractChartSeries *m_series; ///< Not owned; null for an axis without labels.
 
 private:
     Label placedLabel(double value, double y, const QPainter &painter, const QRectF &frame) const;

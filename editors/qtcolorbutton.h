@@ -17,9 +17,11 @@ class QtColorButtonPrivate;
 class QUARVCHART_EXPORT QtColorButton : public QToolButton
 {
     Q_OBJECT
+    /// Whether a translucent colour is shown over a checker board, or over what is behind it.
     Q_PROPERTY(bool backgroundCheckered READ isBackgroundCheckered WRITE setBackgroundCheckered)
 
 public:
+    /// A button without a colour.
     explicit QtColorButton(QWidget *parent = nullptr);
 
     /// An open colour dialog is closed, as if cancelled.
@@ -28,8 +30,8 @@ public:
     /// Invalid until it is set. A drag over the button leaves it alone.
     QColor color() const;
 
-    bool isBackgroundCheckered() const; ///< True by default.
-    void setBackgroundCheckered(bool checkered);
+    bool isBackgroundCheckered() const;          ///< True by default.
+    void setBackgroundCheckered(bool checkered); ///< Repaints if that is a change.
 
     QtColorButtonPrivate *d_ptr; ///< Owned.
 
@@ -38,15 +40,18 @@ signals:
     void colorChanged(const QColor &color);
 
 public slots:
-    void setColor(const QColor &color);
+    void setColor(const QColor &color); ///< Repaints if that is a change. Emits nothing.
 
 protected:
+    /// @{
+    /// Drags away the own colour, takes another, and shows either.
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    /// @}
 
 private slots:
     void slotEditColor();

@@ -15,6 +15,7 @@ class QUARVCHART_EXPORT SeriesDelegate : public QItemDelegate
     Q_OBJECT
 
 public:
+    /// MultiChart makes one for its legend.
     explicit SeriesDelegate(QObject *parent = nullptr);
 
     /// Paints nothing at all for an index without a series.
@@ -27,6 +28,8 @@ public:
     /// A SeriesEditor for the line's sample, null for the other columns.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
+
+    /// Hands the series of the row to the editor.
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
 
     /// Announces what the editor has changed in the series: the model's update().

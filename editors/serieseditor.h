@@ -21,6 +21,7 @@ class QUARVCHART_EXPORT SeriesEditor : public QWidget
     Q_OBJECT
 
 public:
+    /// An editor without a series.
     explicit SeriesEditor(QWidget *parent = nullptr);
 
     /// An open dialog goes on without the editor.

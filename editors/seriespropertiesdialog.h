@@ -28,7 +28,7 @@ public:
                                     Qt::WindowFlags flags = Qt::WindowFlags());
     ~SeriesPropertiesDialog() override;
 
-    void accept() override;
+    void accept() override; ///< Writes what has changed, and closes.
 
     Ui_SeriesPropertiesDialog *ui; ///< The form; owned.
     AbstractChartSeries *m_series; ///< Not owned; null for none.

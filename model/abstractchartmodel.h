@@ -63,20 +63,28 @@ public:
     /// Stops all workers and deletes the series; the panes stay and forget the model.
     ~AbstractChartModel() override;
 
-    // Frame and legend table ---------------------------------------------------------------------
+    /// \name Legend table and panes
+    /// @{
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override; ///< Ignores the parent.
-    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override; ///< Of the headers.
+
+    /// The colour of the series as Qt::ForegroundRole and the series itself as Qt::UserRole; in the
+    /// column of names also the name and the check box. Invalid out of range.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
     /// Takes an int for the check box of the name and nothing else. Emits no dataChanged().
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+    /// The titles of m_headers, and nothing for rows and other roles.
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
 
     /// Returns a ChartMimeData with the series of the indexes of the name column; the caller owns
     /// it.
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
+
+    /// All cells can be selected and dragged, names checked and the line's sample edited.
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
     AbstractChartSeries *selectedSeries() const; ///< First selected one in row order, or null.
@@ -107,8 +115,12 @@ public:
     /// Repaints the panes from the points they have.
     void repaintCharts();
 
-    // Series and samples -------------------------------------------------------------------------
+    /// @}
 
+    /// \name Series and samples
+    /// @{
+
+    /// Takes over \p series and adds it at the end, as below. Null is ignored.
     virtual void addSeries(AbstractChartSeries *series);
 
     /**
@@ -119,6 +131,8 @@ public:
      * detected.
      */
     virtual void addSeries(const QList<AbstractChartSeries *> &series);
+
+    /// Second half of an addition: appends the series, gives it axes, look and a pane.
     virtual void completeAddSeries(AbstractChartSeries *series);
 
     /// Puts removed series back at their rows, then selects \p selectedRow and sets the palette
@@ -131,7 +145,11 @@ public:
 
     /// Second half of a removal: the caller keeps the series.
     virtual void completeRemoveSeries(AbstractChartSeries *series);
+
+    /// Takes all series out as one undo step, or deletes them if the model is not editable.
     virtual void removeAllSeries();
+
+    /// Second half of that, with one pair of row signals. An uneditable model deletes them.
     virtual void completeRemoveAllSeries();
 
     /// Appends one sample and takes it over; null only adjusts the axes. A null series does nothing
@@ -159,11 +177,16 @@ public:
     /// stack's index follow. A null series stands for all. Any thread.
     void adjustAxes(AbstractChartSeries *series, bool updateUndoHistory);
 
-    // Axes, actions and settings: what a derived model may replace, continued
-    // ----------------------
+    /// @}
+
+    /// \name What a derived model may replace
+    /// @{
 
     /// Gives a series that joins a zoomed chart the relative view of the first valid series.
     virtual void adjustZoom(AbstractChartSeries *series);
+
+    /// Fills m_actions, once, from MultiChart::setModel(). A replacement chooses what toolbar and
+    /// pane menu show, and in which order.
     virtual void configureActions();
 
     /// Pushes a changed settings record into axes and series, and redraws.
@@ -175,16 +198,21 @@ public:
     /// Brings the Y axis of \p series up to date, or all of them if \p series is null or the scale
     /// is common. Zoomed axes stay. Any thread.
     virtual void adjustAxisY(AbstractChartSeries *series);
-    virtual void adjustAxisY();
+    virtual void adjustAxisY(); ///< All of them. Any thread.
 
     /// Brings the X axis up to date. Runs with the lock on the axes held; any thread.
     virtual void adjustAxisX() = 0;
+
+    /// Fills the context menu of the legend; one that stays empty is not shown.
     virtual void addActionsToContextMenu(QMenu &menu);
 
     /// Returns all axes to automatic ranges, without an undo step.
     virtual void undoZoom();
 
-    // Axes ---------------------------------------------------------------------------------------
+    /// @}
+
+    /// \name Axes and zoom
+    /// @{
 
     /// The Y range common to all series, lower first unless all samples share one negative value;
     /// a series without samples counts as one at 0.
@@ -203,23 +231,35 @@ public:
     /// Makes the panes match the chart mode.
     void synchronizeChart();
 
-    // Zoom and actions ---------------------------------------------------------------------------
+    /// @}
+
+    /// \name What the user can do
+    /// @{
 
     bool canZoom() const;                ///< There are series.
     bool updatePointsInProgress() const; ///< A calculation runs.
-    bool canZoomIn() const;
-    bool canZoomOut() const; ///< Asks the combined test of the series, not the two below.
-    bool canZoomInX() const;
-    bool canZoomOutX() const;
-    bool canZoomInY() const;
-    bool canZoomOutY() const;
+    bool canZoomIn() const;              ///< Both tests below for zooming in.
+
+    /// The X axis and all series allow a step in both directions; not the two tests below.
+    bool canZoomOut() const;
+
+    bool canZoomInX() const;  ///< The X axis and all series allow one more step of factor 10.
+    bool canZoomOutX() const; ///< The same for zooming out.
+    bool canZoomInY() const;  ///< All series allow one more step of factor 10.
+    bool canZoomOutY() const; ///< The same for zooming out.
+
     bool hasEmptyCharts() const; ///< Only in multi mode, and only if there are several panes.
+
+    /// @}
 
     QList<AbstractChartSeries *> m_series; ///< Owned. Written under the axes lock.
     QList<ChartWidget *> m_charts;         ///< Top to bottom. A pane that dies leaves it.
     QMap<int, QString> m_headers;          ///< Column titles.
     HorizontalChartAxis *m_axisX;          ///< Shared by all series. Guarded by the axes lock.
 
+    /// @{
+    /// What the user can do: in the toolbar, the menu of the panes and the menu of the legend.
+    /// Children of the model, which enables them in updateActions().
     QAction *m_removeSeriesAction = nullptr;
     QAction *m_removeAllSeriesAction = nullptr;
     QAction *m_clearPointsAction = nullptr;
@@ -249,6 +289,7 @@ public:
     QAction *m_adjustSizeAction = nullptr;
     QAction *m_undoAction = nullptr;
     QAction *m_redoAction = nullptr;
+    /// @}
 
     ChartSettings m_settings; ///< Call applyChartSettings() after a change.
     QUndoStack *m_undoStack;  ///< Child; holds ScaleCommand and its derived classes only.
@@ -256,10 +297,10 @@ public:
     int m_colorIndex = 0;                    ///< Palette counter.
     bool m_autoScaleY = false;               ///< Handed to the Y axis of each new series.
     bool m_seriesEditable = true; ///< Series changes are undo steps; else they are final at once.
-    int m_chartMode = SingleMode;
-    int m_mouseMode = 0;                           ///< A ChartWidget::MouseMode.
-    QList<QAction *> m_actions;                    ///< Toolbar and pane menu, with separators.
-    bool m_scrollLocked = false;                   ///< Keeps a live window from following the data.
+    int m_chartMode = SingleMode; ///< A ChartMode.
+    int m_mouseMode = 0;          ///< A ChartWidget::MouseMode.
+    QList<QAction *> m_actions;   ///< Toolbar and pane menu, with separators.
+    bool m_scrollLocked = false;  ///< Keeps a live window from following the data.
     QList<ScaleCommand *> m_moveCommands;          ///< The drag under way; owned.
     bool m_settingsApplied = false;                ///< applyChartSettings() has run once.
     bool m_chartsUpdatePending = false;            ///< Redraw once more when the calculation ends.
@@ -268,32 +309,40 @@ public:
 signals:
     /// Asks the legend to select a row.
     void select(const QModelIndex &index, QItemSelectionModel::SelectionFlags command);
-    void chartCountChanged();  ///< Panes were added or removed.
-    void seriesCountChanged(); ///< At the end of every change of series.
-    void savePosition();       ///< The panes are about to be laid out anew.
-    void adjustSize();
-    void resizeColumnsToContents();
+    void chartCountChanged();       ///< Panes were added or removed.
+    void seriesCountChanged();      ///< At the end of every change of series.
+    void savePosition();            ///< The panes are about to be laid out anew.
+    void adjustSize();              ///< Asks the view to make all plots equally high.
+    void resizeColumnsToContents(); ///< Asks the legend to fit its columns.
 
 protected slots:
+    /// Marks the series of \p selected as selected, all others not. Repaints the panes.
     void slotSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected);
+
+    /// Shows the legend's menu at \p pos in the view. Only with series, and if they are editable.
     void slotContextMenuRequested(const QPoint &pos);
 
 public slots:
     virtual void slotRemoveSeries();    ///< Removes the selected series.
-    virtual void slotRemoveAllSeries(); ///< Asks first.
-    virtual void slotClearPoints();     ///< Asks first.
+    virtual void slotRemoveAllSeries(); ///< Removes all series, after a question.
+    virtual void slotClearPoints();     ///< Deletes all samples, after a question.
 
 protected slots:
+    /// A drop has moved a series to another pane: removes empty panes if the settings say so.
     void slotSeriesParentChanged();
-    void slotSingleMode();
-    void slotMultiMode();
-    void slotAddChart();
-    void slotRemoveChart();
+    void slotSingleMode();  ///< Gathers all series in one pane.
+    void slotMultiMode();   ///< Gives each series a pane.
+    void slotAddChart();    ///< Adds an empty pane at the bottom.
+    void slotRemoveChart(); ///< Removes the empty panes.
 
 public slots:
+    /// The road of every zoom: changeZoom(), which waits while points are computed, and an undo
+    /// step unless \p zoomType is ChartWidget::ZoomTransient. Both rectangles in pane pixels.
     void slotZoomChanged(const QRectF &chartRect, const QRectF &zoomRect, int zoomType);
 
 protected slots:
+    /// @{
+    /// One step of zoom or scroll, for the action of its name.
     virtual void slotZoomIn();
     virtual void slotZoomOut();
     virtual void slotZoomInX();
@@ -307,19 +356,23 @@ protected slots:
     virtual void slotScrollForward();
     virtual void slotScrollUp();
     virtual void slotScrollDown();
-    virtual void slotPause(bool paused);
-    void slotSelectMode();
-    void slotMoveMode();
+    /// @}
+    virtual void slotPause(bool paused); ///< Nothing here: only a window that moves can pause.
+    void slotSelectMode();               ///< The left button draws a zoom band.
+    void slotMoveMode();                 ///< The left button drags the view.
+
+    /// Shows or hides the cursor at \p pos, in pane pixels, in all panes.
     void slotCursorStateChanged(double pos, bool visible);
 
 public slots:
-    void slotBeginMove();
-    void slotEndMove();
+    void slotBeginMove(); ///< Remembers the axes before a drag of the view.
+    void slotEndMove();   ///< Pushes the drag as one undo step.
 
     /// Takes the sender off the running calculation; with the last one the calculation ends.
     void slotUpdatePointsCompleted();
 
 protected:
+    /// Keeps a live window from following the data, or lets it go.
     void setScrollLocked(bool on);
 
     /// m_settings.individualScale, for any thread: off the GUI thread it is what that thread has

@@ -32,7 +32,7 @@ public:
 
     /// Slides (true) or jumps (false) from now on. Leaves window and settings as they are.
     void setDynamicGrid(bool on);
-    bool dynamicGrid() const;
+    bool dynamicGrid() const; ///< Whether the window slides.
 
     bool m_dynamicGrid = false; ///< Guarded by the model's lock on the axes.
 

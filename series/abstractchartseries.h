@@ -64,20 +64,23 @@ class QUARVCHART_EXPORT AbstractChartSeries : public QObject
     Q_OBJECT
 
 public:
+    /// A visible series without samples and without a model. GUI thread.
     AbstractChartSeries();
 
     /// Stops the worker and frees the samples.
     ~AbstractChartSeries() override;
 
-    // The memory of a dead series is freed late: a feeder may still know its address, and is not to
-    // feed the next series that would live there.
-
+    /// @{
+    /// As usual, but that the memory of a dead series is freed late: a feeder may still know its
+    /// address, and is not to feed the next series that would live there.
     static void *operator new(std::size_t size);
     static void *operator new(std::size_t size, const std::nothrow_t &tag) noexcept;
     static void *operator new(std::size_t, void *place) noexcept { return place; }
     static void operator delete(void *memory);
+    /// @}
 
-    // What an application supplies
+    /// \name What an application supplies
+    /// @{
 
     /// Lower end of the fixed Y scale, in data units; used with individual scales and without auto
     /// scale.
@@ -94,30 +97,43 @@ public:
     /// that is not null and has a finite y and x.
     virtual bool isValid(const ChartValue *value) const = 0;
 
-    // What an application may replace
+    /// @}
+
+    /// \name What an application may replace
+    /// @{
 
     /// Text of a value in the cursor's read-out.
     virtual QString stringValue(double value) const;
     /// Text of a value on the Y axis, with as many more digits as the zoom asks for.
     virtual QString scaleString(double value) const;
+    /// What the legend shows; any text, and it need not be unique.
     virtual QString name() const;
-    /// Emits nothing; views follow with AbstractChartModel::update().
+    /// Changes what name() returns. Emits nothing; views follow with AbstractChartModel::update().
     virtual void setName(const QString &name);
     /// Title of the Y axis; empty here.
     virtual QString labelY() const;
     /// Title of the X axis: "Time" on a date-time scale, else empty.
     virtual QString labelX() const;
 
-    // Whether one more step of factor 10 would leave the transform invertible
+    /// @}
 
-    virtual bool canZoomOut();
-    virtual bool canZoomInX();
-    /// Also false when labels would need more than four extra decimals or the Y axis refuses.
+    /// \name Limits of zoom
+    /// Whether one more step of factor 10 would leave the transform invertible.
+    /// @{
+
+    virtual bool canZoomOut(); ///< A step of both axes.
+    virtual bool canZoomInX(); ///< A step of X alone.
+    /// A step of Y alone; also false when labels would need more than four extra decimals or the Y
+    /// axis refuses.
     virtual bool canZoomInY();
-    virtual bool canZoomOutX();
-    virtual bool canZoomOutY();
+    virtual bool canZoomOutX(); ///< A step of X alone.
+    virtual bool canZoomOutY(); ///< A step of Y alone.
 
-    // The store. Called by the model with m_valuesMutex and its lock on the axes held; any thread.
+    /// @}
+
+    /// \name The store
+    /// Called by the model with m_valuesMutex and its lock on the axes held; any thread.
+    /// @{
 
     /// Appends in list order without regard to X; null entries are skipped. Takes the samples.
     void addValues(const QList<ChartValue *> &values);
@@ -142,9 +158,14 @@ public:
     /// Finds both extremes anew by a walk over all samples; of equal ones the last wins.
     void recalculateMinMax();
 
+    /// @}
+
+    /// Whether the Y axis follows the data; takes effect with the next adjustment of the axes.
     void setAutoScale(bool on);
 
-    // Transform and zoom. Rectangles of the screen are in pane pixels.
+    /// \name Transform and zoom
+    /// Rectangles of the screen are in pane pixels.
+    /// @{
 
     /// Builds the transform that carries the ranges of the axes onto \p rect. An axis without span
     /// gets the factor 1; without axes nothing changes.
@@ -183,7 +204,10 @@ public:
     /// empty. Does nothing while one runs. updatePointsFinished() tells its end.
     void updatePoints(const QRectF &rect);
 
-    // Painting
+    /// @}
+
+    /// \name Painting
+    /// @{
 
     /**
      * Draws the computed points, and adds the read-out at \p cursorLine to \p values.
@@ -211,6 +235,8 @@ public:
     /// Returns to the look in m_defaults. A m_colorIndex outside 0 to 9 keeps the colour.
     void restoreDefault();
 
+    /// @}
+
     // Deprecated in Qt but part of this interface, so that its users are not to be warned.
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
@@ -219,25 +245,25 @@ public:
     ChartValue *m_minValue = nullptr; ///< Valid sample of lowest Y. Locks as m_values.
     ChartValue *m_maxValue = nullptr; ///< Valid sample of highest Y. Locks as m_values.
     bool m_visible = true;            ///< The check box of the legend.
-    QString m_name;
+    QString m_name;                   ///< What setName() has stored.
     QTransform m_matrix; ///< Data to pane pixels. Takes no lock: constant while the worker runs.
     HorizontalChartAxis *m_axisX = nullptr; ///< The model's; null before the first attachment.
     VerticalChartAxis *m_axisY = nullptr;   ///< Owned. Its state is guarded by the axes lock.
     bool m_selected = false;                ///< Selected in the legend.
     QImage m_pointImage;                    ///< The symbol, rendered once per change of style.
-    QColor m_color;
-    int m_lineWidth; ///< Pixels.
-    bool m_pointsVisible;
-    int m_pointSize;                      ///< Diameter in pixels.
-    bool m_customized = false;            ///< Changed by hand: settings leave it alone.
-    int m_colorIndex = 0;                 ///< Default colour in m_defaults; 10 stands for none.
-    ChartWidget *m_chart = nullptr;       ///< The pane that shows the series; not owned.
-    SeriesSettings m_defaults;            ///< The look that restoreDefault() returns to.
+    QColor m_color;                         ///< Of the line, the symbols and the name.
+    int m_lineWidth;                        ///< Pixels.
+    bool m_pointsVisible;                   ///< Whether samples get a symbol.
+    int m_pointSize;                        ///< Diameter in pixels.
+    bool m_customized = false;              ///< Changed by hand: settings leave it alone.
+    int m_colorIndex = 0;                   ///< Default colour in m_defaults; 10 stands for none.
+    ChartWidget *m_chart = nullptr;         ///< The pane that shows the series; not owned.
+    SeriesSettings m_defaults;              ///< The look that restoreDefault() returns to.
     int m_extraPrecision = 0;             ///< Decimals added to Y labels. Guarded by the axes lock.
     QMutex m_pointsMutex;                 ///< First in the order: guards the worker's points.
     QMutex m_valuesMutex;                 ///< Second in the order: guards the store.
     PointThread *m_pointThread = nullptr; ///< Owned.
-    PendingTransform m_pending;
+    PendingTransform m_pending;           ///< The zoom that zoomPending() has parked.
 
 signals:
     /// The worker has ended; arrives on the series' thread with no lock held by the worker.

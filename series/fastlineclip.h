@@ -27,7 +27,9 @@ public:
      */
     int LineClip(double *x0, double *y0, double *x1, double *y1);
 
-    /// Each moves one end along the line to one edge. The ends must lie on different sides of it.
+    /// @{
+    /// Moves one end of the segment, the first (0) or the second (1), along the line to the edge
+    /// of the name. The ends must lie on different sides of it.
     void Clip0_Left();
     void Clip0_Right();
     void Clip0_Top();
@@ -36,11 +38,12 @@ public:
     void Clip1_Right();
     void Clip1_Top();
     void Clip1_Bottom();
+    /// @}
 
-    double x0 = 0.0; ///< First end of the segment at work.
-    double y0 = 0.0;
-    double x1 = 0.0; ///< Second end.
-    double y1 = 0.0;
+    double x0 = 0.0;       ///< First end of the segment at work.
+    double y0 = 0.0;       ///< First end.
+    double x1 = 0.0;       ///< Second end.
+    double y1 = 0.0;       ///< Second end.
     bool clipped0 = false; ///< The first end has been moved.
     bool clipped1 = false; ///< The second end has been moved.
     double xMin = 0.0;     ///< Left edge of the window.

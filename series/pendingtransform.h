@@ -16,8 +16,8 @@ public:
 
     bool valid = false;   ///< A zoom is parked.
     QTransform transform; ///< The map that will replace the series' present one.
-    double minX = 0.0;
-    double maxX = 0.0;
-    double minY = 0.0;
-    double maxY = 0.0;
+    double minX = 0.0;    ///< Bounds of the X axis after the zoom.
+    double maxX = 0.0;    ///< Upper bound.
+    double minY = 0.0;    ///< Bounds of the Y axis after it.
+    double maxY = 0.0;    ///< Upper bound.
 };

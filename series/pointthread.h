@@ -40,7 +40,7 @@ public:
     /// The points computed so far stay.
     bool stopThread();
 
-    void run() override;
+    void run() override; ///< The calculation. Worker only.
 
     /// Appends \p value without a line: as a point if it is valid and in sight, else as a gap.
     /// Null adds nothing. Worker only.
@@ -49,7 +49,7 @@ public:
     /// Whether the last point computed lies on the pixel of \p point. No other point is looked at.
     bool containsPoint(const ChartPoint &point) const;
 
-    AbstractChartSeries *m_series;
+    AbstractChartSeries *m_series;   ///< Not owned; may be null.
     QVector<ChartPoint> m_points;    ///< Guarded by the series' m_pointsMutex.
     std::atomic<bool> m_stop{false}; ///< Set by the GUI thread, read before each pair of samples.
     QRectF m_rect;                   ///< Written before the start only.

@@ -33,8 +33,8 @@ public:
     static bool defaultPointsVisible(); ///< false.
     static int defaultPointsSize();     ///< 5 pixels.
 
-    QColor colors[SeriesColorCount];
-    int lineWidth;      ///< Pen width of the line, in pixels.
-    bool pointsVisible; ///< Whether samples get a symbol.
-    int pointsSize;     ///< Diameter of the symbol, in pixels.
+    QColor colors[SeriesColorCount]; ///< Handed out in turn.
+    int lineWidth;                   ///< Pen width of the line, in pixels.
+    bool pointsVisible;              ///< Whether samples get a symbol.
+    int pointsSize;                  ///< Diameter of the symbol, in pixels.
 };

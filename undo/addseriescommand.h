@@ -21,8 +21,8 @@ public:
 
     /// The old series come back first, then the added ones leave: not the mirror image of redo().
     void undo() override;
-    void redo() override;
-    int type() const override;
+    void redo() override;      ///< The old series leave, then the added ones come.
+    int type() const override; ///< AddType.
 
     QMap<int, AbstractChartSeries *> m_addedSeries; ///< In order of addition.
     bool m_ownsAdded = false; ///< They are out of the model and belong to this command.

@@ -13,5 +13,6 @@ public:
 
     using QUndoCommand::QUndoCommand;
 
+    /// The Type of the command's class.
     virtual int type() const = 0;
 };

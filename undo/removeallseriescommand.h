@@ -9,6 +9,6 @@ public:
     using RemoveSeriesCommand::redo;
     using RemoveSeriesCommand::RemoveSeriesCommand;
 
-    void redo() override;
-    int type() const override;
+    void redo() override;      ///< Takes all series out.
+    int type() const override; ///< RemoveType.
 };

@@ -17,10 +17,10 @@ public:
                         QUndoCommand *parent = nullptr);
     ~RemoveSeriesCommand() override;
 
-    void undo() override;
-    void redo() override;
-    bool mergeWith(const QUndoCommand *other) override;
-    int type() const override;
+    void undo() override; ///< Brings the series back, and the axes with them.
+    void redo() override; ///< Takes the series out, and the axes follow.
+    bool mergeWith(const QUndoCommand *other) override; ///< As the base class: scale steps only.
+    int type() const override;                          ///< RemoveType.
 
     /// Brings the series back; \p withParams says whether the axes follow.
     void undo(bool withParams);

@@ -23,15 +23,15 @@ public:
     /// \p model is not owned and outlives the command.
     explicit ScaleCommand(AbstractChartModel *model, QUndoCommand *parent = nullptr);
 
-    void undo() override;
-    void redo() override;
-    int id() const override;
+    void undo() override;    ///< Applies the old state.
+    void redo() override;    ///< Captures the new state the first time, applies it later.
+    int id() const override; ///< One number for all commands of a chart, so that each may merge.
 
     /// Whether \p other is a pure scale step that ended in the state in which this command ended;
     /// the stack then drops it. Changes neither.
     bool mergeWith(const QUndoCommand *other) override;
 
-    int type() const override;
+    int type() const override; ///< ScaleType.
 
     /// Captures the axes as the state before the step. Rows are added or overwritten, never
     /// removed.
@@ -51,11 +51,11 @@ public:
     /// Whether the axes differ from the old state.
     bool isValid() const;
 
-    AbstractChartModel *m_model;
+    AbstractChartModel *m_model;            ///< Not owned.
     QMap<int, UndoAxisParams> m_oldParamsY; ///< By row in the model's list at capture time.
-    QMap<int, UndoAxisParams> m_newParamsY;
-    UndoAxisParams m_oldParamsX;
-    UndoAxisParams m_newParamsX; ///< Valid once the new state has been captured.
+    QMap<int, UndoAxisParams> m_newParamsY; ///< Likewise.
+    UndoAxisParams m_oldParamsX;            ///< Valid if the model has an X axis.
+    UndoAxisParams m_newParamsX;            ///< Valid once the new state has been captured.
 
 private:
     void applyAxes(const UndoAxisParams &x, const QMap<int, UndoAxisParams> &y);

@@ -19,11 +19,14 @@ public:
     /// on the axes must be held.
     explicit UndoAxisParams(const ChartAxis *axis);
 
+    /// @{
+    /// Compares all four members, exactly.
     bool operator==(const UndoAxisParams &other) const;
     bool operator!=(const UndoAxisParams &other) const { return !(*this == other); }
+    /// @}
 
-    double min = 0.0;
-    double max = 0.0;
-    bool zoomed = false;
-    bool valid = false; ///< Taken from a real axis.
+    double min = 0.0;    ///< ChartAxis::m_min, in data units.
+    double max = 0.0;    ///< ChartAxis::m_max.
+    bool zoomed = false; ///< ChartAxis::m_zoomed.
+    bool valid = false;  ///< Taken from a real axis.
 };
