@@ -9,7 +9,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 preset=${1:-dev}
 
 cmake/install-packages.sh build-essential cmake ninja-build qtbase5-dev libqt5svg5-dev \
-    qttools5-dev qttools5-dev-tools qttranslations5-l10n fonts-dejavu-core xvfb xdotool
+    qttools5-dev qttools5-dev-tools qttranslations5-l10n pkg-config fonts-dejavu-core xvfb \
+    xdotool
 if [[ $preset == release ]]; then
     cmake/install-packages.sh libbenchmark-dev
 fi
