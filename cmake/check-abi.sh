@@ -20,14 +20,25 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUARVCHART_B
     -DQUARVCHART_BUILD_EXAMPLES=OFF >/dev/null
 cmake --build "$build" --target QUARVChart5
 
-options=(--no-show-locs --drop-private-types --exported-interfaces-only)
+# Places of the sources are none of its business.
+present=$build/libQUARVChart5.abi
+abidw --no-show-locs --drop-private-types --exported-interfaces-only --headers-dir . \
+    --no-corpus-path --no-comp-dir-path --out-file "$present" "$library"
+sed -i "s#='$PWD/#='#" "$present"
+
 if [[ ${1:-} == --update ]]; then
     mkdir -p "$(dirname "$kept")"
-    abidw "${options[@]}" --headers-dir . --no-corpus-path --no-comp-dir-path \
-        --out-file "$kept" "$library"
+    cp "$present" "$kept"
     exit 0
 fi
-if ! abidiff "${options[@]}" --headers-dir2 . "$kept" "$library"; then
+# The order of the parts and the numbers of the types depend on where the sources lie.
+parts() {
+    sed -E 's/type-id-[0-9]+/type/g' "$1" | sort
+}
+# By the text: abidiff passes over a class that is reached by way of a container only.
+if ! diff <(parts "$kept") <(parts "$present") >"$build/changes"; then
+    abidiff --no-show-locs "$kept" "$library" || true
+    head -40 "$build/changes"
     echo "The binary interface is not the one in $kept." >&2
     echo "If that is intended: cmake/check-abi.sh --update" >&2
     exit 1
