@@ -4,6 +4,7 @@
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
 #include "series/pointthread.h"
+#include "series/sampleindex_p.h"
 #include "series/seriesregistry_p.h"
 
 #include <QDateTime>

@@ -20,7 +20,9 @@
 #include <QTransform>
 
 #include <cstddef>
+#include <memory>
 #include <new>
+#include <optional>
 
 class AbstractChartModel;
 class ChartCursor;
@@ -29,8 +31,8 @@ class ChartWidget;
 class CursorValue;
 class HorizontalChartAxis;
 class PointThread;
-class QFontMetrics;
 class QPainter;
+class SampleIndex;
 class VerticalChartAxis;
 
 // Qt would rather see std::list from 5.15 on; the type is part of this library's interface.
@@ -272,6 +274,7 @@ signals:
 private:
     friend class AbstractChartModel;
     friend class ChartWidget;
+    friend class PointThread;
 
     void appendValue(ChartValue *value);
     void appendAll(QQueue<ChartValue *> &values);
@@ -284,10 +287,17 @@ private:
     bool restoreExtremes();
     void setMatrix(const QTransform &matrix);
     bool staysInvertible(double scaleX, double scaleY) const;
+
+    // m_pointsMutex must be held by whoever calls these.
+    void paintCurve(QPainter &painter, const QTransform &transform);
+    void addReadOut(const QRectF &rect, const QTransform &transform, const QLineF &cursorLine,
+                    QList<CursorValue> &values, ChartCursor *cursor);
+    std::optional<quint64> curveStamp() const;
     CursorValue readOut(const QLineF &line, const QPointF &crossing, const ChartPoint &p,
-                        const ChartPoint &q, const QFontMetrics &metrics, double cursorPosition);
+                        const ChartPoint &q, double cursorPosition);
     void paintSymbols(QPainter &painter, const QLineF &line, const ChartPoint &p,
                       const ChartPoint &q);
 
     AbstractChartModel *m_model = nullptr; ///< The model that attached the series; not owned.
+    std::unique_ptr<SampleIndex> m_index;  ///< Of m_values. Guarded by m_valuesMutex.
 };

@@ -32,8 +32,7 @@ QLineF lineOnDevice(const ChartPoint &p, const ChartPoint &q, const QTransform &
 /// Whether the cursor line crosses the segment; neither may be without length.
 bool crosses(const QLineF &line, const QLineF &cursorLine, QPointF &crossing)
 {
-    return !line.isNull() && !cursorLine.isNull() &&
-           line.intersects(cursorLine, &crossing) == QLineF::BoundedIntersection;
+    return !line.isNull() && line.intersects(cursorLine, &crossing) == QLineF::BoundedIntersection;
 }
 
 QRectF sourceRect(const QImage &image)
@@ -47,25 +46,20 @@ void AbstractChartSeries::paint(QPainter &painter, const QRectF &rect, const QTr
                                 const QLineF &cursorLine, QList<CursorValue> &values,
                                 ChartCursor *cursor)
 {
-    const QFontMetrics metrics(QApplication::font());
     const PointsLocker locker(&m_pointsMutex);
-    painter.setPen(linePen(m_color, m_lineWidth));
+    paintCurve(painter, transform);
+    addReadOut(rect, transform, cursorLine, values, cursor);
+}
 
-    bool found = false;
+void AbstractChartSeries::paintCurve(QPainter &painter, const QTransform &transform)
+{
+    painter.setPen(linePen(m_color, m_lineWidth));
     const QVector<ChartPoint> &points = m_pointThread->m_points;
     for (int i = 0; i + 1 < points.size(); ++i) {
         const ChartPoint &p = points.at(i);
         const ChartPoint &q = points.at(i + 1);
         const QLineF line = lineOnDevice(p, q, transform);
         if (!p.isGap() && !q.isGap()) {
-            QPointF crossing;
-            if (!found && crosses(line, cursorLine, crossing)) {
-                found = true;
-                values.append(readOut(line, crossing, p, q, metrics, cursor->m_position));
-                if (values.constLast().rect.right() > rect.left() + rect.width()) {
-                    cursor->m_side = ChartCursor::Left;
-                }
-            }
             painter.drawLines(&line, 1);
         }
         if (m_pointsVisible) {
@@ -74,11 +68,45 @@ void AbstractChartSeries::paint(QPainter &painter, const QRectF &rect, const QTr
     }
 }
 
+void AbstractChartSeries::addReadOut(const QRectF &rect, const QTransform &transform,
+                                     const QLineF &cursorLine, QList<CursorValue> &values,
+                                     ChartCursor *cursor)
+{
+    if (cursorLine.isNull()) {
+        return;
+    }
+    const QVector<ChartPoint> &points = m_pointThread->m_points;
+    for (int i = 0; i + 1 < points.size(); ++i) {
+        const ChartPoint &p = points.at(i);
+        const ChartPoint &q = points.at(i + 1);
+        if (p.isGap() || q.isGap()) {
+            continue;
+        }
+        const QLineF line = lineOnDevice(p, q, transform);
+        QPointF crossing;
+        if (!crosses(line, cursorLine, crossing)) {
+            continue;
+        }
+        values.append(readOut(line, crossing, p, q, cursor->m_position));
+        if (values.constLast().rect.right() > rect.left() + rect.width()) {
+            cursor->m_side = ChartCursor::Left;
+        }
+        return;
+    }
+}
+
+/// Changes whenever the curve does; nothing for points that are not the worker's own.
+std::optional<quint64> AbstractChartSeries::curveStamp() const
+{
+    return m_pointThread->strokes() ? std::make_optional(m_pointThread->m_pass) : std::nullopt;
+}
+
 /// The box of the end that lies nearer to the crossing; of two at one distance, of the first.
 CursorValue AbstractChartSeries::readOut(const QLineF &line, const QPointF &crossing,
                                          const ChartPoint &p, const ChartPoint &q,
-                                         const QFontMetrics &metrics, double cursorPosition)
+                                         double cursorPosition)
 {
+    const QFontMetrics metrics(QApplication::font());
     const bool atFirst = qAbs(crossing.x() - line.x2()) >= qAbs(crossing.x() - line.x1());
     const ChartPoint &sample = atFirst ? p : q;
     const double pointY = atFirst ? line.y1() : line.y2();

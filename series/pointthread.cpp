@@ -1,6 +1,7 @@
 #include "series/pointthread.h"
 
 #include "series/abstractchartseries.h"
+#include "series/curvestrokes_p.h"
 #include "series/fastlineclip.h"
 #include "series/handover_p.h"
 #include "series/lockorder_p.h"
@@ -30,6 +31,7 @@ bool onSamePixel(const ChartPoint &a, const ChartPoint &b)
 PointThread::PointThread(AbstractChartSeries *series, QObject *parent)
     : QThread(parent)
     , m_series(series)
+    , m_strokes(std::make_unique<CurveStrokes>())
 {
 }
 
@@ -52,6 +54,13 @@ bool PointThread::stopThread()
     const bool ended = wait();
     takeOver(this);
     return ended;
+}
+
+/// Null if the points are not those of the last calculation, untouched.
+const CurveStrokes *PointThread::strokes() const
+{
+    const bool isOwn = m_points.constData() == m_strokedPoints.constData();
+    return m_pass > 0 && isOwn ? m_strokes.get() : nullptr;
 }
 
 void PointThread::run()

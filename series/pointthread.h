@@ -8,8 +8,10 @@
 #include <QVector>
 
 #include <atomic>
+#include <memory>
 
 class AbstractChartSeries;
+class CurveStrokes;
 class FastLineClip;
 struct ChartValue;
 
@@ -55,9 +57,17 @@ public:
     QRectF m_rect;                   ///< Written before the start only.
 
 private:
+    friend class AbstractChartSeries;
+
+    const CurveStrokes *strokes() const;
     void walkPairs();
     void addPair(FastLineClip &clip, const ChartValue *a, const ChartValue *b);
     void addSegment(FastLineClip &clip, const ChartValue &a, const ChartValue &b);
     void addPoint(const ChartPoint &point);
     void addGap();
+
+    // Guarded by the series' m_pointsMutex.
+    std::unique_ptr<CurveStrokes> m_strokes; ///< The line through m_points as the worker left them.
+    QVector<ChartPoint> m_strokedPoints;     ///< Shares m_points until somebody else writes there.
+    quint64 m_pass = 0; ///< Number of the last calculation; no other one of any series has it.
 };
