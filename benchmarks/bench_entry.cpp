@@ -2,6 +2,8 @@
 
 #include "benchdata.h"
 
+#include "axes/horizontalchartaxis.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -11,6 +13,214 @@
 namespace {
 
 constexpr int BlockSize = 1000; // samples handed in by one call
+
+constexpr int BatchSize = 100000; // samples fed between two rests of the clock
+constexpr double Period = 100.0;  // samples; Y repeats, so that Y axes soon stand
+
+/// Ranges that no batch leaves.
+constexpr double WideWindow = 1e9;
+
+ChartValue *newSample(double x)
+{
+    return new ChartValue{x, std::fmod(x, Period)};
+}
+
+/// What the entry of a sample cannot do without: the list's node, and the extremes by way of the
+/// virtual isValid(). The yardstick of all that follows.
+void appendBare(AbstractChartSeries &series, ChartValue *value)
+{
+    series.m_values.append(value);
+    if (!series.isValid(value)) {
+        return;
+    }
+    if (!series.m_minValue || series.m_minValue->y >= value->y) {
+        series.m_minValue = value;
+    }
+    if (!series.m_maxValue || value->y >= series.m_maxValue->y) {
+        series.m_maxValue = value;
+    }
+}
+
+/// The ways of a sample into a series, for the benchmarks of many models.
+constexpr auto Bare = [](AbstractChartModel &, AbstractChartSeries *series, ChartValue *value) {
+    appendBare(*series, value);
+};
+constexpr auto ByModel = [](AbstractChartModel &model, AbstractChartSeries *series,
+                            ChartValue *value) { model.addValue(series, value); };
+
+/// As many series as the argument says; each has more samples than one period of Y.
+template <typename Model>
+QList<AbstractChartSeries *> filledSeries(Model &model, qint64 count)
+{
+    QList<AbstractChartSeries *> all;
+    for (int i = 0; i < count; ++i) {
+        all.append(model.newSeries());
+        for (double x = -2.0 * Period; x < 0.0; x += 1.0) {
+            model.addValue(all.last(), newSample(x));
+        }
+    }
+    return all;
+}
+
+/// Takes out what a batch has brought in, without a look at the axes.
+void truncate(AbstractChartSeries &series, int size)
+{
+    while (series.m_values.size() > size) {
+        delete series.m_values.takeLast();
+    }
+    series.recalculateMinMax();
+}
+
+/// Feeds the last series with samples made beforehand: the time is that of the entry alone.
+template <typename Feed>
+void feedReady(benchmark::State &state, AbstractChartModel &model, Feed feed)
+{
+    AbstractChartSeries *series = model.m_series.last();
+    const int stored = series->m_values.size();
+    QVector<ChartValue *> samples(BatchSize);
+    double x = 0.0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        truncate(*series, stored);
+        for (ChartValue *&sample : samples) {
+            sample = newSample(x);
+            x += 1.0;
+        }
+        state.ResumeTiming();
+        for (ChartValue *sample : qAsConst(samples)) {
+            feed(model, series, sample);
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * BatchSize);
+}
+
+/// Feeds all series by turns with samples made on the way, as an application does.
+template <typename Feed>
+void feedNew(benchmark::State &state, AbstractChartModel &model, Feed feed)
+{
+    const QList<AbstractChartSeries *> all = model.m_series;
+    const int stored = all.first()->m_values.size();
+    double x = 0.0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (AbstractChartSeries *series : all) {
+            truncate(*series, stored);
+        }
+        state.ResumeTiming();
+        for (int i = 0; i < BatchSize; ++i) {
+            feed(model, all.at(i % all.size()), newSample(x));
+            x += 1.0;
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * BatchSize);
+}
+
+/// A chart of finished data that the user has zoomed: no axis moves.
+template <typename Run>
+void zoomed(benchmark::State &state, Run run)
+{
+    BenchModel model;
+    filledSeries(model, state.range(0));
+    model.m_axisX->assignRange(0.0, WideWindow);
+    model.m_axisX->m_zoomed = true;
+    run(state, model);
+}
+
+/// A live chart that stands until the newest sample leaves it.
+template <typename Run>
+void jumping(benchmark::State &state, Run run)
+{
+    BenchDynamicModel model;
+    filledSeries(model, state.range(0));
+    model.m_axisX->assignRange(0.0, WideWindow);
+    run(state, model);
+}
+
+/// A live chart that moves with each sample.
+template <typename Run>
+void sliding(benchmark::State &state, Run run)
+{
+    BenchDynamicModel model;
+    model.setDynamicGrid(true);
+    filledSeries(model, state.range(0));
+    run(state, model);
+}
+
+/// A chart of data that still come in: its X range grows with each sample.
+template <typename Run>
+void growing(benchmark::State &state, Run run)
+{
+    BenchModel model;
+    filledSeries(model, state.range(0));
+    run(state, model);
+}
+
+constexpr auto ReadyBare = [](benchmark::State &state, AbstractChartModel &model) {
+    feedReady(state, model, Bare);
+};
+constexpr auto ReadyByModel = [](benchmark::State &state, AbstractChartModel &model) {
+    feedReady(state, model, ByModel);
+};
+constexpr auto NewBare = [](benchmark::State &state, AbstractChartModel &model) {
+    feedNew(state, model, Bare);
+};
+constexpr auto NewByModel = [](benchmark::State &state, AbstractChartModel &model) {
+    feedNew(state, model, ByModel);
+};
+
+// Each pair of lines below is to be read as a ratio: what the model does on top of the bare append.
+
+void bareAppendReady(benchmark::State &state)
+{
+    zoomed(state, ReadyBare);
+}
+BENCHMARK(bareAppendReady)->Arg(1)->Arg(10);
+void addValueReadyZoomed(benchmark::State &state)
+{
+    zoomed(state, ReadyByModel);
+}
+BENCHMARK(addValueReadyZoomed)->Arg(1)->Arg(10);
+void addValueReadyJumping(benchmark::State &state)
+{
+    jumping(state, ReadyByModel);
+}
+BENCHMARK(addValueReadyJumping)->Arg(1)->Arg(10);
+void addValueReadySliding(benchmark::State &state)
+{
+    sliding(state, ReadyByModel);
+}
+BENCHMARK(addValueReadySliding)->Arg(1)->Arg(10);
+void addValueReadyGrowing(benchmark::State &state)
+{
+    growing(state, ReadyByModel);
+}
+BENCHMARK(addValueReadyGrowing)->Arg(1)->Arg(10);
+
+void bareAppendNew(benchmark::State &state)
+{
+    zoomed(state, NewBare);
+}
+BENCHMARK(bareAppendNew)->Arg(1)->Arg(10);
+void addValueNewZoomed(benchmark::State &state)
+{
+    zoomed(state, NewByModel);
+}
+BENCHMARK(addValueNewZoomed)->Arg(1)->Arg(10);
+void addValueNewJumping(benchmark::State &state)
+{
+    jumping(state, NewByModel);
+}
+BENCHMARK(addValueNewJumping)->Arg(1)->Arg(10);
+void addValueNewSliding(benchmark::State &state)
+{
+    sliding(state, NewByModel);
+}
+BENCHMARK(addValueNewSliding)->Arg(1)->Arg(10);
+void addValueNewGrowing(benchmark::State &state)
+{
+    growing(state, NewByModel);
+}
+BENCHMARK(addValueNewGrowing)->Arg(1)->Arg(10);
 
 /// A feeder that hands in each sample as it comes, into one of as many series as the argument says.
 void addValueOneByOne(benchmark::State &state)

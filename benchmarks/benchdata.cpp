@@ -44,23 +44,29 @@ std::vector<double> ordinates(DataShape shape, int count)
     return values;
 }
 
-BenchModel::BenchModel()
-    : StaticChartModel("QUARVChart5 benchmarks", "benchmarks")
+template <typename Base>
+FullScreenModel<Base>::FullScreenModel()
+    : Base("QUARVChart5 benchmarks", "benchmarks")
 {
-    m_seriesEditable = false;
-    m_settings.autoScaleY = true;
-    applyChartSettings();
-    mainChart()->resize(1920, 1080);
+    this->m_seriesEditable = false;
+    this->m_settings.autoScaleY = true;
+    this->applyChartSettings();
+    this->mainChart()->resize(1920, 1080);
 }
 
-BenchModel::~BenchModel()
+template <typename Base>
+FullScreenModel<Base>::~FullScreenModel()
 {
-    delete mainChart();
+    delete this->mainChart();
 }
 
-BenchSeries *BenchModel::newSeries()
+template <typename Base>
+BenchSeries *FullScreenModel<Base>::newSeries()
 {
     auto *series = new BenchSeries;
-    addSeries(series);
+    this->addSeries(series);
     return series;
 }
+
+template class FullScreenModel<StaticChartModel>;
+template class FullScreenModel<DynamicChartModel>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/dynamicchartmodel.h"
 #include "model/staticchartmodel.h"
 #include "series/abstractchartseries.h"
 
@@ -31,17 +32,21 @@ public:
     }
 };
 
-/// A model with one pane of the size of a full screen, and series that take no part in an undo
-/// history.
-class BenchModel : public StaticChartModel
+/// A model of the class \p Base with one pane of the size of a full screen, and series that take no
+/// part in an undo history.
+template <typename Base>
+class FullScreenModel : public Base
 {
 public:
-    BenchModel();
-    ~BenchModel() override;
+    FullScreenModel();
+    ~FullScreenModel() override;
 
     /// Adds an empty series.
     BenchSeries *newSeries();
 };
+
+using BenchModel = FullScreenModel<StaticChartModel>;
+using BenchDynamicModel = FullScreenModel<DynamicChartModel>;
 
 /// The plot of that pane, in pixels.
 constexpr QRectF BenchPlot{50.0, 50.0, 1800.0, 900.0};
