@@ -155,6 +155,33 @@ void growing(benchmark::State &state, Run run)
     run(state, model);
 }
 
+/// The same by blocks that were made beforehand.
+void addValuesReady(benchmark::State &state)
+{
+    BenchModel model;
+    AbstractChartSeries *series = filledSeries(model, 1).first();
+    const int stored = series->m_values.size();
+    QVector<QList<ChartValue *>> blocks(BatchSize / BlockSize);
+    double x = 0.0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        truncate(*series, stored);
+        for (QList<ChartValue *> &block : blocks) {
+            block.clear();
+            for (int i = 0; i < BlockSize; ++i) {
+                block.append(newSample(x));
+                x += 1.0;
+            }
+        }
+        state.ResumeTiming();
+        for (const QList<ChartValue *> &block : qAsConst(blocks)) {
+            model.addValues(series, block);
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * BatchSize);
+}
+BENCHMARK(addValuesReady);
+
 constexpr auto ReadyBare = [](benchmark::State &state, AbstractChartModel &model) {
     feedReady(state, model, Bare);
 };
