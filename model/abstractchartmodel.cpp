@@ -27,6 +27,7 @@ AbstractChartModel::AbstractChartModel(const QString &organization, const QStrin
     : QAbstractTableModel(parent)
     , m_axisX(new HorizontalChartAxis)
     , m_undoStack(new QUndoStack(this))
+    , m_axesMutex(std::make_unique<AxesMutex>())
     , m_ownedAxisX(m_axisX)
 {
     m_settings.organization = organization;

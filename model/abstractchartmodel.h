@@ -9,7 +9,6 @@
 #include <QItemSelectionModel>
 #include <QList>
 #include <QMap>
-#include <QMutex>
 #include <QPair>
 #include <QQueue>
 #include <QString>
@@ -20,6 +19,7 @@
 #include <optional>
 
 class AbstractChartSeries;
+class AxesMutex;
 class ChartAxis;
 class ChartWidget;
 class HorizontalChartAxis;
@@ -424,6 +424,7 @@ private:
     void synchronizeAfterRemoval();
     void schedulePassEnd();
     void finishPass();
+    void followData(AbstractChartSeries *series);
     void followHistory();
     void rewriteHistoryNeighbours();
     void gatherInOneChart();
@@ -435,7 +436,7 @@ private:
     /// Guards every axis (range, flags, grid, m_size, the series' m_extraPrecision), the list
     /// m_series, and with a series' m_valuesMutex the ends and extremes of its store. Last in the
     /// order; nothing that waits runs under it.
-    mutable QRecursiveMutex m_axesMutex;
+    const std::unique_ptr<AxesMutex> m_axesMutex;
     std::unique_ptr<HorizontalChartAxis> m_ownedAxisX;
 
     // What feeders read of m_settings, which belongs to the GUI thread.

@@ -3,6 +3,7 @@
 #include "axes/horizontalchartaxis.h"
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
+#include "model/storeends_p.h"
 #include "series/abstractchartseries.h"
 #include "series/handover_p.h"
 #include "series/pointthread.h"
@@ -10,9 +11,6 @@
 
 #include <QTransform>
 #include <QVector>
-
-#include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -30,6 +28,16 @@ QPair<double, double> widened(QPair<double, double> range)
     }
     const double value = range.first;
     return value == 0.0 ? qMakePair(-0.5, 0.5) : qMakePair(value * 0.5, value * 1.5);
+}
+
+/// The Y range of a series with a scale of its own. It has an axis.
+QPair<double, double> ownScale(const AbstractChartSeries &series)
+{
+    const VerticalChartAxis &axis = *series.m_axisY;
+    const double lower = axis.m_autoScale ? yOrZero(series.m_minValue) : series.minimumY();
+    // Asked again: the call before is the application's and may have changed the flag.
+    const double upper = axis.m_autoScale ? yOrZero(series.m_maxValue) : series.maximumY();
+    return widened(qMakePair(lower, upper));
 }
 
 /// A series that has a pane, and the plot of that pane.
@@ -80,18 +88,29 @@ QTransform ontoTransform(const QRectF &from, const QRectF &to)
 std::optional<QPair<double, double>>
 AbstractChartModel::finiteEndsX(const AbstractChartSeries &series)
 {
-    const auto hasFiniteX = [](const ChartValue *value) {
-        return value && std::isfinite(value->x);
-    };
-    const auto first = std::find_if(series.m_values.cbegin(), series.m_values.cend(), hasFiniteX);
-    if (first == series.m_values.cend()) {
+    const std::optional<double> first = firstFiniteX(series.m_values);
+    if (!first) {
         return std::nullopt;
     }
-    auto last = std::prev(series.m_values.cend());
-    while (!hasFiniteX(*last)) {
-        --last;
+    return qMakePair(*first, *lastFiniteX(series.m_values));
+}
+
+std::optional<QPair<double, double>> AbstractChartModel::dataExtentX() const
+{
+    const AxesLocker locker(this);
+    std::optional<QPair<double, double>> extent;
+    for (const AbstractChartSeries *series : m_series) {
+        const auto ends = series ? finiteEndsX(*series) : std::nullopt;
+        if (!ends) {
+            continue;
+        }
+        if (!extent) {
+            extent = ends;
+        }
+        extent->first = qMin(extent->first, ends->first);
+        extent->second = qMax(extent->second, ends->second);
     }
-    return qMakePair((*first)->x, (*last)->x);
+    return extent;
 }
 
 QPair<double, double> AbstractChartModel::minMaxY() const
@@ -125,16 +144,12 @@ QPair<double, double> AbstractChartModel::scale(const AbstractChartSeries *serie
     if (!series || !series->m_axisY) {
         return qMakePair(0.0, 0.0);
     }
-    const VerticalChartAxis &axis = *series->m_axisY;
-    const double lower = axis.m_autoScale ? yOrZero(series->m_minValue) : series->minimumY();
-    // Asked again: the call before is the application's and may have changed the flag.
-    const double upper = axis.m_autoScale ? yOrZero(series->m_maxValue) : series->maximumY();
-    return widened(qMakePair(lower, upper));
+    return ownScale(*series);
 }
 
 bool AbstractChartModel::individualScale() const
 {
-    if (isOwnThread()) {
+    if (isOwnThread() && m_individualScale != m_settings.individualScale) {
         m_individualScale = m_settings.individualScale;
     }
     return m_individualScale;
@@ -158,7 +173,7 @@ void AbstractChartModel::adjustAxisY(AbstractChartSeries *series)
     if (!series->m_axisY || series->m_axisY->m_zoomed) {
         return;
     }
-    const QPair<double, double> range = scale(series);
+    const QPair<double, double> range = ownScale(*series);
     series->m_axisY->assignRange(range.first, range.second);
 }
 

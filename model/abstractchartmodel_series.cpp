@@ -27,29 +27,55 @@ constexpr int MaximumSeries = SeriesColorCount;
 constexpr auto SelectWholeRow =
     QItemSelectionModel::Clear | QItemSelectionModel::Select | QItemSelectionModel::Rows;
 
-/**
- * What the entry of samples into one series holds while it runs: the series' life, its store and
- * the axes. Tests false for a series that no longer lives; nothing may be touched then.
- */
-class SampleEntry
+/// Runs the entry of samples into \p series, which keeps alive and locked what it touches: the
+/// series, its store and the axes. False for a series that no longer lives; nothing runs then.
+template <typename Entry>
+bool runEntry(const AbstractChartModel *model, AbstractChartSeries *series, Entry entry)
 {
-public:
-    SampleEntry(const AbstractChartModel *model, AbstractChartSeries *series)
+    const SeriesRegistry::Reader reader;
+    if (!reader.contains(series)) {
+        return false;
+    }
+    const ValuesLocker valuesLocker(&series->m_valuesMutex);
+    const AxesLocker axesLocker(model);
+    entry();
+    return true;
+}
+
+/// The state of one axis at one moment, as UndoAxisParams has it. Without initialisers, so that a
+/// row of them costs only what is written into it.
+struct AxisState
+{
+    bool isStateOf(const ChartAxis *axis) const
     {
-        if (!SeriesRegistry::instance().contains(series)) {
-            return;
+        if (!axis) {
+            return !isAxis;
         }
-        m_valuesLocker.emplace(&series->m_valuesMutex);
-        m_axesLocker.emplace(model);
+        return isAxis && min == axis->m_min && max == axis->m_max && zoomed == axis->m_zoomed;
     }
 
-    explicit operator bool() const { return m_valuesLocker.has_value(); }
-
-private:
-    SeriesRegistry::Reader m_reader;
-    std::optional<ValuesLocker> m_valuesLocker;
-    std::optional<AxesLocker> m_axesLocker;
+    double min;
+    double max;
+    bool zoomed;
+    bool isAxis; ///< False for an axis that is missing; the rest says nothing then.
 };
+
+AxisState stateOf(const ChartAxis *axis)
+{
+    return axis ? AxisState{axis->m_min, axis->m_max, axis->m_zoomed, true}
+                : AxisState{0.0, 0.0, false, false};
+}
+
+const ChartAxis *axisY(const AbstractChartSeries *series)
+{
+    return series ? series->m_axisY : nullptr;
+}
+
+} // namespace
+
+Q_DECLARE_TYPEINFO(AxisState, Q_PRIMITIVE_TYPE);
+
+namespace {
 
 /**
  * The state of all axes at one moment, as a ScaleCommand would capture it, but without a command
@@ -59,23 +85,39 @@ class AxesSnapshot
 {
 public:
     explicit AxesSnapshot(const AbstractChartModel &model)
-        : m_axisX(model.m_axisX)
+        : m_model(model)
+        , m_axisX(stateOf(model.m_axisX))
+        , m_axesY(model.m_series.size())
     {
+        AxisState *state = m_axesY.data();
         for (const AbstractChartSeries *series : model.m_series) {
-            m_axesY.append(UndoAxisParams(series ? series->m_axisY : nullptr));
+            *state++ = stateOf(axisY(series));
         }
     }
 
-    bool operator!=(const AxesSnapshot &other) const
+    /// Whether all axes are in this state now. All are looked at, since what a derived model does
+    /// for one series may have touched any.
+    bool isPresent() const
     {
-        return m_axisX != other.m_axisX || m_axesY != other.m_axesY;
+        const QList<AbstractChartSeries *> &all = m_model.m_series;
+        if (!m_axisX.isStateOf(m_model.m_axisX) || m_axesY.size() != all.size()) {
+            return false;
+        }
+        const AxisState *state = m_axesY.constData();
+        for (const AbstractChartSeries *series : all) {
+            if (!state++->isStateOf(axisY(series))) {
+                return false;
+            }
+        }
+        return true;
     }
 
 private:
     static constexpr int UsualSeries = 32;
 
-    UndoAxisParams m_axisX;
-    QVarLengthArray<UndoAxisParams, UsualSeries> m_axesY;
+    const AbstractChartModel &m_model;
+    AxisState m_axisX;
+    QVarLengthArray<AxisState, UsualSeries> m_axesY;
 };
 
 } // namespace
@@ -308,15 +350,15 @@ void AbstractChartModel::addValue(AbstractChartSeries *series, ChartValue *value
     if (!series) {
         return;
     }
-    const SampleEntry entry(this, series);
-    if (!entry) {
+    const bool lives = runEntry(this, series, [&] {
+        if (value) {
+            series->appendValue(value);
+        }
+        followData(series);
+    });
+    if (!lives) {
         delete value;
-        return;
     }
-    if (value) {
-        series->appendValue(value);
-    }
-    adjustAxes(series, true);
 }
 
 void AbstractChartModel::addValues(AbstractChartSeries *series, const QList<ChartValue *> &values)
@@ -324,13 +366,13 @@ void AbstractChartModel::addValues(AbstractChartSeries *series, const QList<Char
     if (!series) {
         return;
     }
-    const SampleEntry entry(this, series);
-    if (!entry) {
+    const bool lives = runEntry(this, series, [&] {
+        series->addValues(values);
+        followData(series);
+    });
+    if (!lives) {
         qDeleteAll(values);
-        return;
     }
-    series->addValues(values);
-    adjustAxes(series, true);
 }
 
 void AbstractChartModel::insertValues(AbstractChartSeries *series, QQueue<ChartValue *> &values,
@@ -339,15 +381,15 @@ void AbstractChartModel::insertValues(AbstractChartSeries *series, QQueue<ChartV
     if (!series) {
         return;
     }
-    const SampleEntry entry(this, series);
-    if (!entry) {
+    const bool lives = runEntry(this, series, [&] {
+        series->insertValues(values);
+        if (!keepAxes) {
+            followData(series);
+        }
+    });
+    if (!lives) {
         qDeleteAll(values);
         values.clear();
-        return;
-    }
-    series->insertValues(values);
-    if (!keepAxes) {
-        adjustAxes(series, true);
     }
 }
 
@@ -357,16 +399,12 @@ void AbstractChartModel::clearValues(AbstractChartSeries *series)
         return;
     }
     ChartValueList taken;
-    {
-        const SampleEntry entry(this, series);
-        if (!entry) {
-            return;
-        }
+    runEntry(this, series, [&] {
         series->m_minValue = nullptr;
         series->m_maxValue = nullptr;
         taken.swap(series->m_values);
-        adjustAxes(series, true);
-    }
+        followData(series);
+    });
     qDeleteAll(taken); // Millions of records, and nobody has to wait for that.
 }
 
@@ -380,20 +418,31 @@ void AbstractChartModel::clearValues()
 
 bool AbstractChartModel::removeOldValues(AbstractChartSeries *series)
 {
-    if (!series) {
-        return false;
+    bool changed = false;
+    if (series) {
+        runEntry(this, series, [&] { changed = series->removeOldValues(); });
     }
-    const SampleEntry entry(this, series);
-    return entry && series->removeOldValues();
+    return changed;
 }
 
 void AbstractChartModel::adjustAxes(AbstractChartSeries *series, bool updateUndoHistory)
 {
     const AxesLocker locker(this);
+    if (updateUndoHistory) {
+        followData(series);
+    } else {
+        adjustAxisY(series);
+        adjustAxisX();
+    }
+}
+
+/// Brings the axes up to date, and the history behind them. With the lock on the axes held.
+void AbstractChartModel::followData(AbstractChartSeries *series)
+{
     const AxesSnapshot before(*this);
     adjustAxisY(series);
     adjustAxisX();
-    if (updateUndoHistory && before != AxesSnapshot(*this)) {
+    if (!before.isPresent()) {
         followHistory();
     }
 }

@@ -196,24 +196,6 @@ void AbstractChartModel::slotUndoZoom()
     pushNamedAfterAction(command);
 }
 
-std::optional<QPair<double, double>> AbstractChartModel::dataExtentX() const
-{
-    const AxesLocker locker(this);
-    std::optional<QPair<double, double>> extent;
-    for (const AbstractChartSeries *series : m_series) {
-        const auto ends = series ? finiteEndsX(*series) : std::nullopt;
-        if (!ends) {
-            continue;
-        }
-        if (!extent) {
-            extent = ends;
-        }
-        extent->first = qMin(extent->first, ends->first);
-        extent->second = qMax(extent->second, ends->second);
-    }
-    return extent;
-}
-
 void AbstractChartModel::moveWindow(double minimum)
 {
     const AxesLocker locker(this);

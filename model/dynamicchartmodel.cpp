@@ -3,6 +3,7 @@
 #include "axes/horizontalchartaxis.h"
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
+#include "model/storeends_p.h"
 #include "series/abstractchartseries.h"
 #include "views/chartwidget.h"
 
@@ -50,10 +51,9 @@ void DynamicChartModel::adjustAxisX()
     if (!m_axisX) {
         return;
     }
-    const std::optional<QPair<double, double>> extent = dataExtentX();
     if (m_axisX->m_autoScale) {
         if (!m_axisX->m_zoomed) {
-            const QPair<double, double> range = extent.value_or(qMakePair(0.0, 0.0));
+            const QPair<double, double> range = dataExtentX().value_or(qMakePair(0.0, 0.0));
             m_axisX->assignRange(range.first, range.second);
         }
         return;
@@ -62,14 +62,24 @@ void DynamicChartModel::adjustAxisX()
         restoreWidth();
         return;
     }
-    if (!extent) {
-        return; // Series without samples: the window waits for the first.
-    }
     if (m_dynamicGrid) {
-        slideTo(extent->second);
+        slide();
     } else {
-        jumpTo(extent->second);
+        jump();
     }
+}
+
+/// The upper end of dataExtentX().
+std::optional<double> DynamicChartModel::newestX() const
+{
+    std::optional<double> newest;
+    for (const AbstractChartSeries *series : m_series) {
+        const std::optional<double> last = series ? lastFiniteX(series->m_values) : std::nullopt;
+        if (last) {
+            newest = newest ? qMax(*newest, *last) : *last;
+        }
+    }
+    return newest;
 }
 
 /// An interval that nobody has validated, or the width of an enormous window, may lead to a bound
@@ -87,29 +97,37 @@ void DynamicChartModel::restoreWidth()
     assignWindow(m_axisX->m_min, m_axisX->m_min + visibleInterval());
 }
 
-/// Lets the window end at the newest sample, with the width that it has.
-void DynamicChartModel::slideTo(double newest)
+/// Lets the window end at the newest sample, with the width that it has. Before the first sample it
+/// waits.
+void DynamicChartModel::slide()
 {
-    if (m_axisX->m_zoomed || m_scrollLocked || m_axisX->m_max == newest) {
+    if (m_axisX->m_zoomed || m_scrollLocked) {
         return;
     }
-    const double span = m_axisX->m_max - m_axisX->m_min;
-    assignWindow(newest - span, newest);
+    const std::optional<double> newest = newestX();
+    if (newest && m_axisX->m_max != *newest) {
+        assignWindow(*newest - (m_axisX->m_max - m_axisX->m_min), *newest);
+    }
 }
 
 /// Moves the window only when a curve leaves it, and then for a zoomed axis too: a window that the
-/// user has placed stays as long as no curve crosses its right edge.
-void DynamicChartModel::jumpTo(double newest)
+/// user has placed stays as long as no curve crosses its right edge. Before the first sample it
+/// waits.
+void DynamicChartModel::jump()
 {
     const NewestStep step = newestStep();
+    if (step.examined && !step.crossed) {
+        return; // as after nearly each sample
+    }
+    const std::optional<double> newest = newestX();
+    if (!newest) {
+        return;
+    }
     if (!step.examined) {
-        moveWindow(newest); // The very first sample becomes the left edge.
-        return;
+        moveWindow(*newest); // The very first sample becomes the left edge.
+    } else if (isPossibleJumpCurrentTime()) {
+        moveWindow(*newest - 0.5 * (m_axisX->m_max - m_axisX->m_min));
     }
-    if (!step.crossed || !isPossibleJumpCurrentTime()) {
-        return;
-    }
-    moveWindow(newest - 0.5 * (m_axisX->m_max - m_axisX->m_min));
 }
 
 DynamicChartModel::NewestStep DynamicChartModel::newestStep() const

@@ -51,9 +51,10 @@ private:
         bool examined = false; ///< Some series has two samples to look at.
         bool crossed = false;  ///< The last step of some curve has left the window to the right.
     };
+    std::optional<double> newestX() const;
     NewestStep newestStep() const;
     void assignWindow(double a, double b);
     void restoreWidth();
-    void slideTo(double newest);
-    void jumpTo(double newest);
+    void slide();
+    void jump();
 };

@@ -35,6 +35,8 @@ public:
     /// feed it, even while it is being constructed.
     void retire(void *memory);
 
+    class Thread;
+
     /// Keeps all series alive while it exists. One thread may hold several: only its first takes
     /// the lock. (Qt's recursive mode would allocate for each sample.)
     class Reader
@@ -44,13 +46,17 @@ public:
         ~Reader();
         Q_DISABLE_COPY_MOVE(Reader)
 
+        /// As the registry's, for as long as this exists.
+        bool contains(const AbstractChartSeries *series) const;
+
     private:
-        static int &depth();
+        Thread &m_thread; ///< The one that made this, and that alone may use it.
     };
 
 private:
     QReadWriteLock m_lock;
     QSet<const AbstractChartSeries *> m_series; ///< Guarded by m_lock.
+    quint64 m_departures = 0;                   ///< Calls of leave() so far. Guarded by m_lock.
     QQueue<void *> m_retired;                   ///< Oldest first. Guarded by m_lock.
 };
 
