@@ -2,7 +2,9 @@
 
 #include "quarvchart_export.h"
 
+#include <cstddef>
 #include <limits>
+#include <new>
 
 /**
  * One sample.
@@ -19,4 +21,14 @@ struct QUARVCHART_EXPORT ChartValue
     /// Seconds since the epoch from which removeOldValues() may take the sample; NaN and +infinity
     /// never expire.
     double expireTime = std::numeric_limits<double>::infinity();
+
+    /// @{
+    /// As usual, but that single records share their memory tightly, without a heap's overhead for
+    /// each: of the millions in a store each takes its 32 bytes. Any thread may delete what another
+    /// has made.
+    static void *operator new(std::size_t size);
+    static void *operator new(std::size_t size, const std::nothrow_t &tag) noexcept;
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    static void operator delete(void *memory, std::size_t size) noexcept;
+    /// @}
 };

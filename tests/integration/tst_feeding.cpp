@@ -18,15 +18,15 @@ using Feed = void (*)(AbstractChartModel &model, AbstractChartSeries *series);
 
 constexpr double LongAgo = 1.0; // a second into 1970
 
-ChartValue *countedAt(double x)
+ChartValue *sampleAt(double x)
 {
-    return makeCounted({x, 50.0, 0, LongAgo});
+    return new ChartValue{x, 50.0, 0, LongAgo};
 }
 
 void insertValues(AbstractChartModel &model, AbstractChartSeries *series, bool keepAxes)
 {
     QQueue<ChartValue *> queue;
-    queue.append({countedAt(20), countedAt(30)});
+    queue.append({sampleAt(20), sampleAt(30)});
     model.insertValues(series, queue, keepAxes);
     if (!queue.isEmpty()) {
         qFatal("Samples are left in the queue");
@@ -41,10 +41,10 @@ struct NamedFeed
 
 const NamedFeed Feeds[] = {
     {"addValue", [](AbstractChartModel &model,
-                    AbstractChartSeries *series) { model.addValue(series, countedAt(20)); }},
+                    AbstractChartSeries *series) { model.addValue(series, sampleAt(20)); }},
     {"addValues",
      [](AbstractChartModel &model, AbstractChartSeries *series) {
-         model.addValues(series, {countedAt(20), nullptr, countedAt(10)});
+         model.addValues(series, {sampleAt(20), nullptr, sampleAt(10)});
      }},
     {"insertValues", [](AbstractChartModel &model,
                         AbstractChartSeries *series) { insertValues(model, series, false); }},
@@ -320,7 +320,7 @@ void TestFeeding::deadSeriesTakesNothing()
     auto *series = new PlainSeries("a");
     series->m_deaths = &deaths;
     death->prepare(model, series);
-    model.addValues(series, {countedAt(0), countedAt(10)});
+    model.addValues(series, {sampleAt(0), sampleAt(10)});
     QCOMPARE(deaths, 0);
     QCOMPARE(CountedSamples::alive(), m_aliveBefore + 2);
 
@@ -354,7 +354,7 @@ void TestFeeding::newSeriesAreNotTakenForDeadOnes()
         auto *living = new PlainSeries("living");
         addFinally(model, living);
 
-        model.addValue(dead, countedAt(10));
+        model.addValue(dead, sampleAt(10));
 
         QVERIFY(living != dead);
         QCOMPARE(storeText(*living), QString());
@@ -378,7 +378,7 @@ void TestFeeding::seriesLivesUntilItsFeederHasLeft()
     auto *series = new StationSeries(station);
     series->m_death = &deathBell;
     death->prepare(model, series);
-    model.addValues(series, {countedAt(0), countedAt(10)});
+    model.addValues(series, {sampleAt(0), sampleAt(10)});
 
     // Given a feeder in the midst of its operation
     std::thread feeder([&] {
@@ -422,7 +422,7 @@ void TestFeeding::seriesDiesWhoseFeederWaitsForTheWorker()
     auto *series = new GatedSeries("a");
     series->m_deaths = &deaths;
     addFinally(model, series);
-    model.addValues(series, {countedAt(0), countedAt(10)});
+    model.addValues(series, {sampleAt(0), sampleAt(10)});
     QVERIFY(settled(model));
     series->closeGate();
     model.updateCharts();
@@ -460,7 +460,7 @@ void TestFeeding::clearingGoesOnWhereSeriesHaveDied()
     RemovingModel model;
     for (AbstractChartSeries *series : newSeries(3)) {
         addFinally(model, series);
-        model.addValue(series, countedAt(1));
+        model.addValue(series, sampleAt(1));
     }
     QVERIFY(settled(model));
 
@@ -485,7 +485,7 @@ void TestFeeding::passEndsThoughItsLastSeriesLeaves()
     OpenModel model;
     auto *series = new GatedSeries("leaving");
     exit->prepare(model, series);
-    model.addValues(series, {countedAt(0), countedAt(10)});
+    model.addValues(series, {sampleAt(0), sampleAt(10)});
     QVERIFY(settled(model));
 
     // Given a pass that waits for this series only, and a step that waits for the pass
@@ -535,7 +535,7 @@ void TestFeeding::historyThatIsGoneFollowsNoData()
     auto *series = new PlainSeries("a");
     model.addSeries(series);
     QVERIFY(settled(model));
-    std::thread([&] { model.addValues(series, {countedAt(0), countedAt(10)}); }).join();
+    std::thread([&] { model.addValues(series, {sampleAt(0), sampleAt(10)}); }).join();
 
     model.m_undoStack->clear(); // what the thread has posted is still on its way
     model.takeCalls();

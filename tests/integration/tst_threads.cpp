@@ -213,7 +213,7 @@ private:
         constexpr double LongAgo = 1.0; // a second into 1970
         const double y = m_script.wins(50) ? qQNaN() : m_script.m_random.bounded(100);
         const double expireTime = m_script.wins(10) ? LongAgo : qInf();
-        return makeCounted({x, y, m_script.m_random.bounded(3), expireTime});
+        return new ChartValue{x, y, m_script.m_random.bounded(3), expireTime};
     }
 
     QList<ChartValue *> values()

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "series/chartvalue.h"
-#include "series/handover_p.h"
 
 #include <QtGlobal>
 
@@ -14,14 +13,18 @@
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/asan_interface.h>
 #endif
+#ifdef __SANITIZE_THREAD__
+#include "series/handover_p.h"
+#endif
 
 /**
- * Knows of every sample that makeCounted() has made whether it lives, whoever frees it, and ends
- * the program when one is freed twice.
+ * Knows of every sample of a program whether it lives, whoever frees it, and ends the program when
+ * one is freed twice.
  *
- * To be included by one source of a program: it replaces the program's operator new and delete.
- * Memory is used again as late as possible. Any thread; it orders no two threads but the one that
- * frees a sample and the one that gets its memory.
+ * To be included by one source of a program: it defines the operators new and delete of ChartValue
+ * anew, and the program's definitions go before those of the library, for the library's own calls
+ * too. Memory is used again as late as possible. Any thread; it orders no two threads but the one
+ * that frees a sample and the one that gets its memory.
  */
 class CountedSamples
 {
@@ -43,9 +46,7 @@ public:
         return s_isAlive[slot] ? int(slot) : -1;
     }
 
-    // For operator new and delete
-
-    static bool isMaking(std::size_t size) { return s_isMaking && size == sizeof(ChartValue); }
+    // For the operators of ChartValue
 
     static void *take()
     {
@@ -62,12 +63,11 @@ public:
         fail("More samples live than there is room for");
     }
 
-    /// Returns whether the memory is that of a sample, and now free.
-    static bool give(void *memory)
+    static void give(void *memory)
     {
         const std::uintptr_t offset = offsetOf(memory);
         if (offset >= sizeof(s_memory)) {
-            return false;
+            fail("What is freed is no sample");
         }
         const auto slot = quint32(offset / sizeof(ChartValue));
         setReadable(slot, false);
@@ -75,12 +75,9 @@ public:
             fail("A sample is freed twice");
         }
         s_freed.fetch_add(1, std::memory_order_relaxed);
-        return true;
     }
 
 private:
-    friend ChartValue *makeCounted(const ChartValue &contents);
-
     static std::uintptr_t offsetOf(const void *memory)
     {
         return reinterpret_cast<std::uintptr_t>(memory) -
@@ -113,25 +110,32 @@ private:
     static inline std::atomic<quint32> s_next{0};
     static inline std::atomic<qint64> s_made{0};
     static inline std::atomic<qint64> s_freed{0};
-    static inline thread_local bool s_isMaking = false;
 };
 
-/// A sample with these contents, as the entry operations take it, that is counted.
-inline ChartValue *makeCounted(const ChartValue &contents)
+void *ChartValue::operator new(std::size_t)
 {
-    CountedSamples::s_isMaking = true;
-    auto *value = new ChartValue(contents);
-    CountedSamples::s_isMaking = false;
-    return value;
+    return CountedSamples::take();
 }
+
+void *ChartValue::operator new(std::size_t, const std::nothrow_t &) noexcept
+{
+    return CountedSamples::take();
+}
+
+void ChartValue::operator delete(void *memory, std::size_t) noexcept
+{
+    if (memory) {
+        CountedSamples::give(memory);
+    }
+}
+
+// Qt frees in one thread what it takes in another: the sanitizer is told of the order of the two.
+#ifdef __SANITIZE_THREAD__
 
 void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 {
-    if (CountedSamples::isMaking(size)) {
-        return CountedSamples::take();
-    }
     void *memory = std::malloc(size);
-    handOver(memory); // Qt frees in one thread what it takes in another.
+    handOver(memory);
     return memory;
 }
 
@@ -145,10 +149,8 @@ void *operator new(std::size_t size)
 
 void operator delete(void *memory) noexcept
 {
-    if (!CountedSamples::give(memory)) {
-        takeOver(memory);
-        std::free(memory);
-    }
+    takeOver(memory);
+    std::free(memory);
 }
 
 void operator delete(void *memory, std::size_t) noexcept
@@ -160,3 +162,5 @@ void operator delete(void *memory, const std::nothrow_t &) noexcept
 {
     operator delete(memory);
 }
+
+#endif
