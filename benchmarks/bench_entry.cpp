@@ -8,8 +8,6 @@
 
 #include <cmath>
 
-#include <malloc.h>
-
 namespace {
 
 constexpr int BlockSize = 1000; // samples handed in by one call
@@ -315,23 +313,5 @@ void insertValuesMerged(benchmark::State &state)
         benchmark::Counter(double(stored), benchmark::Counter::kIsIterationInvariantRate);
 }
 BENCHMARK(insertValuesMerged)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
-
-/// Not a speed: the bytes of heap that each stored sample takes, record and node.
-void memoryPerSample(benchmark::State &state)
-{
-    const int count = int(state.range(0));
-    double bytes = 0.0;
-    for (auto _ : state) {
-        BenchModel model;
-        BenchSeries *series = model.newSeries();
-        const size_t before = mallinfo2().uordblks;
-        for (int i = 0; i < count; ++i) {
-            model.addValue(series, new ChartValue{double(i), double(i % 100)});
-        }
-        bytes = double(mallinfo2().uordblks - before) / count;
-    }
-    state.counters["bytes/sample"] = bytes;
-}
-BENCHMARK(memoryPerSample)->Arg(1000000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
