@@ -7,6 +7,7 @@
 #include "series/abstractchartseries.h"
 #include "series/lockorder_p.h"
 #include "series/pointthread.h"
+#include "series/sampleindex_p.h"
 #include "series/seriesregistry_p.h"
 #include "undo/addseriescommand.h"
 #include "undo/removeallseriescommand.h"
@@ -403,6 +404,7 @@ void AbstractChartModel::clearValues(AbstractChartSeries *series)
         series->m_minValue = nullptr;
         series->m_maxValue = nullptr;
         taken.swap(series->m_values);
+        series->m_index->clear();
         followData(series);
     });
     qDeleteAll(taken); // Millions of records, and nobody has to wait for that.

@@ -96,7 +96,8 @@ public:
     /// Colour of the cursor's read-out for a sample of this \p state. GUI thread.
     virtual QColor textColor(int state) = 0;
     /// Whether \p value counts for extremes and drawing. The body supplied here says so for a value
-    /// that is not null and has a finite y and x.
+    /// that is not null and has a finite y and x. The answer is kept while the record does not
+    /// change, so it must depend on the record alone.
     virtual bool isValid(const ChartValue *value) const = 0;
 
     /// @}
@@ -157,7 +158,9 @@ public:
      */
     bool removeOldValues();
 
-    /// Finds both extremes anew by a walk over all samples; of equal ones the last wins.
+    /// Finds both extremes anew by a walk over all samples; of equal ones the last wins. To be
+    /// called by an application, with the locks held, after it has changed m_values or a record in
+    /// it by itself and not through the model.
     void recalculateMinMax();
 
     /// @}
@@ -239,7 +242,10 @@ public:
 
     /// @}
 
-    // Deprecated in Qt but part of this interface, so that its users are not to be warned.
+    // m_values is changed through the model. An application that changes the list or a record in it
+    // by itself, with both locks held, calls recalculateMinMax() after it. To begin() a walk that
+    // is not const changes a list of which there is a copy. QLinkedList is deprecated in Qt but
+    // part of this interface: its users are not to be warned.
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     ChartValueList m_values; ///< Owned. m_valuesMutex, and to change the axes lock too.
@@ -276,15 +282,30 @@ private:
     friend class ChartWidget;
     friend class PointThread;
 
+    /// What is left of some neighbouring samples that have aged.
+    struct AgedSamples
+    {
+        ChartValueList::iterator first; ///< Of no meaning if count is 0.
+        int count = 0;
+        bool changed = false; ///< Whether one in sight was blanked.
+    };
+
     void appendValue(ChartValue *value);
+    void detachValues();
     void appendAll(QQueue<ChartValue *> &values);
     bool descends() const;
+    bool gainsByIndex(const ChartValue *head) const;
     void mergeValues(QQueue<ChartValue *> &values);
     void replaceRecord(ChartValue *stored, ChartValue *taken);
     void updateExtremes(ChartValue *value);
     void forgetExtreme(const ChartValue *value);
+    bool ageStretches(double now, const QRectF &visible);
+    AgedSamples ageSamples(ChartValueList::iterator node, int count, double now,
+                           const QRectF &visible);
     bool blankValue(ChartValue *value, const QRectF &visible);
     bool restoreExtremes();
+    void findExtremes();
+    void findExtremesByIndex();
     void setMatrix(const QTransform &matrix);
     bool staysInvertible(double scaleX, double scaleY) const;
 

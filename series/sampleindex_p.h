@@ -1,9 +1,13 @@
 #pragma once
 
+#include "quarvchart_export.h"
 #include "series/abstractchartseries.h"
 
+#include <atomic>
 #include <deque>
 #include <limits>
+#include <optional>
+#include <vector>
 
 /**
  * What is known of a long store without looking at its samples: one entry for every few dozen of
@@ -12,13 +16,13 @@
  * There is an index only over a store of at least smallestStore() samples, all with a finite X that
  * nowhere descends. It lags behind: appending to the store does not touch it, and update() takes in
  * what has been appended since, each sample once. Whoever changes the store in another way tells
- * it, by truncate(), refresh() or clear().
+ * it, by change() and settle(), or by clear().
  *
  * Validity is asked once and kept: isValid() depends on the record alone.
  *
- * Guarded by the series' m_valuesMutex, as the store is.
+ * Guarded by the series' m_valuesMutex, as the store is. Exported for the tests.
  */
-class SampleIndex
+class QUARVCHART_EXPORT SampleIndex
 {
 public:
     /// Some neighbouring samples of the store.
@@ -40,27 +44,34 @@ public:
         double dueTime = std::numeric_limits<double>::infinity();
     };
 
+    /// Numbers of stretches.
+    struct ExtremeStretches
+    {
+        int lowest = -1;  ///< The last plain one with the lowest Y of all plain ones; -1 for none.
+        int highest = -1; ///< The same for the highest Y.
+    };
+
     static constexpr int StretchSize = 32; // samples
 
     /// \p series is not owned; it tells which samples are valid.
     explicit SampleIndex(const AbstractChartSeries *series);
 
-    /// Brings the index up to date with the store of its series. Returns whether there is one.
+    /// Brings the index up to date with the store of its series. Returns whether there is one. A
+    /// store that cannot have one is looked at again after RetryPeriod calls.
     bool update();
 
     /// Forgets everything; the next update() starts anew.
     void clear();
 
-    /// Forgets the stretches from \p number on: their samples have changed in number or order.
-    void truncate(int number);
+    /// Tells that the samples of a stretch have changed in value or number: \p count of them are
+    /// there now, from the node \p first on, and none has a higher X than all had. To be called in
+    /// ascending order of \p number, also several times for one, and followed by settle() before
+    /// anything else is asked; until then the X of the stretch is the old one.
+    void change(int number, ChartValueList::iterator first, int count);
 
-    /// Reads a stretch anew whose samples have changed in value, or have become fewer: \p count of
-    /// them are left, from the node \p first on. With a count of 0 only its numbers change; call
-    /// removeEmpty() then.
-    void refresh(int number, ChartValueList::iterator first, int count);
-
-    /// Drops stretches that refresh() has left without samples.
-    void removeEmpty();
+    /// Reads the changed stretches anew, and divides or joins them; their numbers change. If the
+    /// samples no longer ascend the index is cleared.
+    void settle();
 
     /// In the order of the store. Describe it after an update() that has returned true.
     const std::deque<Stretch> &stretches() const { return m_stretches; }
@@ -69,20 +80,37 @@ public:
     /// stretches if there is none, or if \p x is NaN. A binary search.
     int firstReaching(double x, int from = 0) const;
 
-    /// Below this many samples a walk is as good, and there is no index.
-    static int smallestStore() { return s_smallestStore; }
+    /// Where the extremes are to be looked for. One walk over the stretches.
+    ExtremeStretches extremes() const;
 
-    /// For tests, so that small stores get an index too.
-    static void setSmallestStore(int count) { s_smallestStore = count; }
+    /// Below this many samples a walk is as good, and there is no index.
+    static int smallestStore() { return s_smallestStore.load(std::memory_order_relaxed); }
+
+    /// For tests, so that small stores get an index too. Any thread.
+    static void setSmallestStore(int count)
+    {
+        s_smallestStore.store(count, std::memory_order_relaxed);
+    }
+
+    static constexpr int DefaultSmallestStore = 10000; // samples
+    static constexpr int RetryPeriod = 64;             // calls of update()
 
 private:
-    bool matches() const;
-    bool extend();
+    using Node = ChartValueList::iterator;
 
-    static int s_smallestStore;
+    std::optional<Node> firstUnknown() const;
+    bool read(Node node, int count, std::deque<Stretch> &stretches) const;
+    void takeIn(const ChartValue &value, Stretch &stretch) const;
+    bool readChanged(std::deque<Stretch> &anew) const;
+    bool ascendsAt(int number) const;
+    bool isSparse() const;
+    void refuse();
+
+    static std::atomic<int> s_smallestStore;
 
     const AbstractChartSeries *m_series;
     std::deque<Stretch> m_stretches;
-    int m_count = 0;    ///< Samples in all stretches.
-    int m_refusals = 0; ///< Calls of update() to let pass before a new try.
+    std::vector<int> m_changed; ///< Numbers of the stretches to settle, ascending.
+    int m_count = 0;            ///< Samples in all stretches.
+    int m_refusals = 0;         ///< Calls of update() to let pass before a new try.
 };
