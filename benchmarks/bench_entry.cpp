@@ -3,10 +3,12 @@
 #include "benchdata.h"
 
 #include "axes/horizontalchartaxis.h"
+#include "series/pointthread.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -313,5 +315,138 @@ void insertValuesMerged(benchmark::State &state)
         benchmark::Counter(double(stored), benchmark::Counter::kIsIterationInvariantRate);
 }
 BENCHMARK(insertValuesMerged)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+constexpr int HeldSamples = 1000000;
+
+/// The next thousand samples from \p x on, due at \p expireTime.
+QQueue<ChartValue *> nextBlock(double &x,
+                               double expireTime = std::numeric_limits<double>::infinity())
+{
+    QQueue<ChartValue *> block;
+    block.reserve(BlockSize);
+    for (int i = 0; i < BlockSize; ++i) {
+        block.enqueue(new ChartValue{x, std::fmod(x, 100.0), 0, expireTime});
+        x += 1.0;
+    }
+    return block;
+}
+
+/// A series that holds a million samples, from 0 to \p x, which is 0 at first.
+BenchSeries *heldSeries(BenchModel &model, double &x)
+{
+    BenchSeries *series = model.newSeries();
+    while (series->m_values.size() < HeldSamples) {
+        model.addValues(series, nextBlock(x));
+    }
+    series->m_pointThread->wait();
+    return series;
+}
+
+/// A feeder that merges, as it cannot rule out late samples, though none of its blocks is late.
+void insertValuesAtTail(benchmark::State &state)
+{
+    BenchModel model;
+    double x = 0.0;
+    BenchSeries *series = heldSeries(model, x);
+    QQueue<ChartValue *> first = nextBlock(x);
+    model.insertValues(series, first, false); // Looks at all samples, once.
+    for (auto _ : state) {
+        state.PauseTiming();
+        QQueue<ChartValue *> block = nextBlock(x);
+        state.ResumeTiming();
+        model.insertValues(series, block, false);
+    }
+    state.SetItemsProcessed(state.iterations() * BlockSize);
+}
+BENCHMARK(insertValuesAtTail)->Iterations(300)->Unit(benchmark::kMicrosecond);
+
+/// A feeder whose blocks are all late by some thousand samples, one sample between each two stored.
+void insertValuesLate(benchmark::State &state)
+{
+    BenchModel model;
+    double x = 0.0;
+    BenchSeries *series = heldSeries(model, x);
+    model.removeOldValues(series); // Looks at all samples, as a redraw would.
+    double late = HeldSamples - double(state.range(0)) + 0.5;
+    for (auto _ : state) {
+        state.PauseTiming();
+        QQueue<ChartValue *> block = nextBlock(late);
+        state.ResumeTiming();
+        model.insertValues(series, block, false);
+        state.PauseTiming();
+        model.addValues(series, nextBlock(x));
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * BlockSize);
+}
+BENCHMARK(insertValuesLate)
+    ->Arg(5000)
+    ->Arg(500000)
+    ->Arg(HeldSamples)
+    ->Iterations(300)
+    ->Unit(benchmark::kMicrosecond);
+
+/// The yardstick of insertValuesAtTail: the same list and extremes, and nothing else.
+void bareAppend(benchmark::State &state)
+{
+    BenchModel model;
+    double x = 0.0;
+    BenchSeries *series = heldSeries(model, x);
+    for (auto _ : state) {
+        state.PauseTiming();
+        QQueue<ChartValue *> block = nextBlock(x);
+        state.ResumeTiming();
+        for (ChartValue *value : qAsConst(block)) {
+            series->m_values.append(value);
+            if (!series->isValid(value)) {
+                continue;
+            }
+            if (series->m_minValue->y >= value->y) {
+                series->m_minValue = value;
+            }
+            if (value->y >= series->m_maxValue->y) {
+                series->m_maxValue = value;
+            }
+        }
+        block.clear();
+    }
+    state.SetItemsProcessed(state.iterations() * BlockSize);
+}
+BENCHMARK(bareAppend)->Iterations(300)->Unit(benchmark::kMicrosecond);
+
+/// An application that asks often, while a million samples wait for their time.
+void removeOldValuesNothingDue(benchmark::State &state)
+{
+    BenchModel model;
+    double x = 0.0;
+    BenchSeries *series = heldSeries(model, x);
+    for (auto _ : state) {
+        model.removeOldValues(series);
+    }
+}
+BENCHMARK(removeOldValuesNothingDue)->Unit(benchmark::kMicrosecond);
+
+/// One that drops the oldest thousand of a million samples: one call blanks and one deletes them.
+void removeOldValuesOldestDue(benchmark::State &state)
+{
+    constexpr double LongAgo = 0.0;
+    BenchModel model;
+    double x = 0.0;
+    double oldest = 0.0;
+    BenchSeries *series = heldSeries(model, x);
+    for (auto _ : state) {
+        state.PauseTiming();
+        QQueue<ChartValue *> due = nextBlock(oldest, LongAgo); // replaces what is stored there
+        model.insertValues(series, due, false);
+        state.ResumeTiming();
+        model.removeOldValues(series);
+        model.removeOldValues(series);
+        state.PauseTiming();
+        model.addValues(series, nextBlock(x));
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * BlockSize);
+}
+BENCHMARK(removeOldValuesOldestDue)->Iterations(300)->Unit(benchmark::kMicrosecond);
 
 } // namespace
