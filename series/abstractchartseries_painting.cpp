@@ -1,5 +1,6 @@
 #include "series/abstractchartseries.h"
 
+#include "series/curvestrokes_p.h"
 #include "series/lockorder_p.h"
 #include "series/pointthread.h"
 #include "views/chartcursor.h"
@@ -35,6 +36,28 @@ bool crosses(const QLineF &line, const QLineF &cursorLine, QPointF &crossing)
     return !line.isNull() && line.intersects(cursorLine, &crossing) == QLineF::BoundedIntersection;
 }
 
+/// Index of the first point of the first segment that crosses the cursor line; -1 if none does.
+int firstCrossing(const QVector<ChartPoint> &points, const QTransform &transform,
+                  const QLineF &cursorLine)
+{
+    for (int i = 0; i + 1 < points.size(); ++i) {
+        const ChartPoint &p = points.at(i);
+        const ChartPoint &q = points.at(i + 1);
+        QPointF crossing;
+        if (!p.isGap() && !q.isGap() &&
+            crosses(lineOnDevice(p, q, transform), cursorLine, crossing)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+/// Whether the cursor line is one that CurveStrokes takes: all of a pane's own are.
+bool isUpright(const QLineF &line)
+{
+    return line.dx() == 0.0 && qAbs(line.dy()) >= 1.0;
+}
+
 QRectF sourceRect(const QImage &image)
 {
     return QRectF(0.0, 0.0, image.width(), image.height());
@@ -54,6 +77,13 @@ void AbstractChartSeries::paint(QPainter &painter, const QRectF &rect, const QTr
 void AbstractChartSeries::paintCurve(QPainter &painter, const QTransform &transform)
 {
     painter.setPen(linePen(m_color, m_lineWidth));
+    const bool hasSymbols = m_pointsVisible && !m_pointImage.isNull();
+    const CurveStrokes *strokes = m_pointThread->strokes();
+    if (strokes && !hasSymbols && transform.type() == QTransform::TxNone &&
+        strokes->canPaint(painter)) {
+        strokes->paint(painter);
+        return;
+    }
     const QVector<ChartPoint> &points = m_pointThread->m_points;
     for (int i = 0; i + 1 < points.size(); ++i) {
         const ChartPoint &p = points.at(i);
@@ -76,22 +106,22 @@ void AbstractChartSeries::addReadOut(const QRectF &rect, const QTransform &trans
         return;
     }
     const QVector<ChartPoint> &points = m_pointThread->m_points;
-    for (int i = 0; i + 1 < points.size(); ++i) {
-        const ChartPoint &p = points.at(i);
-        const ChartPoint &q = points.at(i + 1);
-        if (p.isGap() || q.isGap()) {
-            continue;
-        }
-        const QLineF line = lineOnDevice(p, q, transform);
-        QPointF crossing;
-        if (!crosses(line, cursorLine, crossing)) {
-            continue;
-        }
-        values.append(readOut(line, crossing, p, q, cursor->m_position));
-        if (values.constLast().rect.right() > rect.left() + rect.width()) {
-            cursor->m_side = ChartCursor::Left;
-        }
+    const CurveStrokes *strokes = m_pointThread->strokes();
+    const bool byStrokes =
+        strokes && transform.type() == QTransform::TxNone && isUpright(cursorLine);
+    const int index = byStrokes ? strokes->firstCrossing(cursorLine)
+                                : firstCrossing(points, transform, cursorLine);
+    if (index < 0) {
         return;
+    }
+    const ChartPoint &p = points.at(index);
+    const ChartPoint &q = points.at(index + 1);
+    const QLineF line = lineOnDevice(p, q, transform);
+    QPointF crossing;
+    line.intersects(cursorLine, &crossing);
+    values.append(readOut(line, crossing, p, q, cursor->m_position));
+    if (values.constLast().rect.right() > rect.left() + rect.width()) {
+        cursor->m_side = ChartCursor::Left;
     }
 }
 

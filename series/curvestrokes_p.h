@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QLineF>
+#include <QtGlobal>
 
 #include <vector>
 
 class QPainter;
+class QRect;
 
 /**
  * What the line of a series comes to on the screen: as many strokes as the plot has columns, and
@@ -54,17 +56,43 @@ public:
     /// be called when the whole line is entered.
     void finish();
 
-    /// Whether paint() gives the pixels that drawing each segment by itself would give.
+    /// Whether paint() gives the pixels that drawing each segment by itself would give: a matter of
+    /// the device, of the painter's state and its pen, and of how far the line reaches.
     bool canPaint(const QPainter &painter) const;
 
-    /// Draws the line with the painter's pen. canPaint() must hold.
+    /// Draws the line with the painter's pen, and leaves the painter as it was. canPaint() must
+    /// hold. The time goes with the columns and with the pixels that the runs fill.
     void paint(QPainter &painter) const;
 
     /// Index of the first point of the first segment that crosses \p line; -1 if none does. \p line
-    /// must be upright and not null: then no run crosses it.
+    /// must be upright and at least a pixel long: then no run crosses it.
     int firstCrossing(const QLineF &line) const;
 
 private:
-    std::vector<Run> m_runs;
+    class Nib;
+    class RowPainter;
+
+    /// An end of a run.
+    struct End
+    {
+        int y;
+        int x;
+    };
+
+    qint64 reach() const;
+    void joinRuns();
+    void sortEnds();
+    bool isCovered(const Segment &segment) const;
+    bool covers(int x, int top, int bottom) const;
+    bool isDense(const Nib &nib) const;
+    void paintSegments(QPainter &painter, bool withCovered) const;
+    void paintRuns(QPainter &painter) const;
+    void paintRows(QPainter &painter, const Nib &nib, const QRect &device) const;
+
+    std::vector<Run> m_runs;         ///< After finish() in the order of x, then top.
     std::vector<Segment> m_segments; ///< In the order of the points.
+    std::vector<End> m_tops;         ///< Of the runs, from the highest on the screen.
+    std::vector<End> m_bottoms;      ///< Of the runs, from the highest on the screen.
+    qint64 m_reach = 0;              ///< The largest absolute coordinate.
+    qint64 m_length = 0;             ///< Pixels of all runs together.
 };

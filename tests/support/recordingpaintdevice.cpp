@@ -1,6 +1,5 @@
 #include "support/recordingpaintdevice.h"
 
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -9,14 +8,15 @@
 class RecordingPaintEngine : public QPaintEngine
 {
 public:
-    RecordingPaintEngine()
+    explicit RecordingPaintEngine(Type type)
         : QPaintEngine(AllFeatures)
+        , m_type(type)
     {
     }
 
     bool begin(QPaintDevice *) override { return true; }
     bool end() override { return true; }
-    Type type() const override { return User; }
+    Type type() const override { return m_type; }
     void updateState(const QPaintEngineState &) override {}
 
     void drawLines(const QLineF *lines, int count) override
@@ -79,6 +79,8 @@ public:
     QVector<PaintCall> m_calls;
 
 private:
+    const Type m_type;
+
     PaintCall &record(PaintCall::Kind kind)
     {
         PaintCall call;
@@ -92,9 +94,9 @@ private:
     }
 };
 
-RecordingPaintDevice::RecordingPaintDevice(const QSize &size)
+RecordingPaintDevice::RecordingPaintDevice(const QSize &size, QPaintEngine::Type type)
     : m_size(size)
-    , m_engine(std::make_unique<RecordingPaintEngine>())
+    , m_engine(std::make_unique<RecordingPaintEngine>(type))
 {
 }
 

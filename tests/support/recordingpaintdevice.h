@@ -3,6 +3,7 @@
 #include <QBrush>
 #include <QLineF>
 #include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPen>
 #include <QRectF>
 #include <QString>
@@ -32,12 +33,12 @@ struct PaintCall
  * A paint device that draws nothing and remembers each call, in order.
  *
  * A line of text becomes one Text call for each line; a rectangle without pen that is filled
- * becomes a FilledRect.
+ * becomes a FilledRect. Its engine may pass itself off as one of another type.
  */
 class RecordingPaintDevice : public QPaintDevice
 {
 public:
-    explicit RecordingPaintDevice(const QSize &size);
+    explicit RecordingPaintDevice(const QSize &size, QPaintEngine::Type type = QPaintEngine::User);
     ~RecordingPaintDevice() override;
 
     QPaintEngine *paintEngine() const override;
