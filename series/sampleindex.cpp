@@ -84,8 +84,9 @@ bool SampleIndex::read(Node node, int count, std::deque<Stretch> &stretches) con
             stretches.emplace_back();
             stretches.back().first = node;
             stretches.back().firstX = *node ? (*node)->x : 0.0;
+            stretches.back().samples.reset(new Samples); // set one by one below
         }
-        Stretch stretch = stretches.back(); // A copy, which the compiler can keep in registers.
+        Stretch stretch = std::move(stretches.back()); // The compiler can keep it in registers.
         const int taken = std::min(count, StretchSize - stretch.count);
         for (int i = 0; i < taken; ++i, ++node) {
             const ChartValue *value = *node;
@@ -93,20 +94,25 @@ bool SampleIndex::read(Node node, int count, std::deque<Stretch> &stretches) con
                 return false;
             }
             previousX = value->x;
-            takeIn(*value, stretch);
+            takeIn(*value, stretch.count + i, stretch);
         }
         stretch.lastX = previousX;
         stretch.count += taken;
-        stretches.back() = stretch;
+        stretches.back() = std::move(stretch);
         count -= taken;
     }
     return true;
 }
 
-/// What a sample means for the values of its stretch, apart from number and X.
-void SampleIndex::takeIn(const ChartValue &value, Stretch &stretch) const
+/// What the sample with this number means for its stretch, apart from count and X.
+void SampleIndex::takeIn(const ChartValue &value, int number, Stretch &stretch) const
 {
-    stretch.isPlain = stretch.isPlain && m_series->isValid(&value) && std::isfinite(value.y);
+    stretch.samples->x[number] = value.x;
+    stretch.samples->y[number] = value.y;
+    stretch.samples->state[number] = value.state;
+    const bool isValid = m_series->isValid(&value);
+    stretch.validMask |= quint32(isValid) << number;
+    stretch.isPlain = stretch.isPlain && isValid && std::isfinite(value.y);
     stretch.lowestY = std::min(stretch.lowestY, value.y);
     stretch.highestY = std::max(stretch.highestY, value.y);
     stretch.dueTime = std::min(stretch.dueTime, value.expireTime); // the first one if NaN
@@ -138,9 +144,11 @@ void SampleIndex::settle()
     const int from = m_changed.front();
     const int old = m_changed.back() + 1 - from;
     const int common = std::min(old, int(anew.size()));
-    std::copy_n(anew.cbegin(), common, m_stretches.begin() + from);
+    const auto beyond = anew.begin() + common;
+    std::move(anew.begin(), beyond, m_stretches.begin() + from);
     m_stretches.erase(m_stretches.begin() + from + common, m_stretches.begin() + from + old);
-    m_stretches.insert(m_stretches.begin() + from + common, anew.cbegin() + common, anew.cend());
+    m_stretches.insert(m_stretches.begin() + from + common, std::make_move_iterator(beyond),
+                       std::make_move_iterator(anew.end()));
     m_changed.clear();
 
     if (!ascendsAt(from)) {
@@ -151,12 +159,13 @@ void SampleIndex::settle()
 }
 
 /// The stretches from the first to the last changed one as they are now. Only where a changed one
-/// begins can the samples descend, as no highest X has grown; read() sees that.
-bool SampleIndex::readChanged(std::deque<Stretch> &anew) const
+/// begins can the samples descend, as no highest X has grown; read() sees that. Takes the others
+/// out of their places.
+bool SampleIndex::readChanged(std::deque<Stretch> &anew)
 {
     auto changed = m_changed.cbegin();
     for (int number = m_changed.front(); number <= m_changed.back(); ++number) {
-        const Stretch &stretch = m_stretches[size_t(number)];
+        Stretch &stretch = m_stretches[size_t(number)];
         if (number == *changed) {
             ++changed;
             if (!read(stretch.first, stretch.count, anew)) {
@@ -164,7 +173,7 @@ bool SampleIndex::readChanged(std::deque<Stretch> &anew) const
             }
             continue;
         }
-        anew.push_back(stretch);
+        anew.push_back(std::move(stretch));
     }
     return true;
 }

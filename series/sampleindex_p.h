@@ -6,6 +6,7 @@
 #include <atomic>
 #include <deque>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -25,11 +26,26 @@
 class QUARVCHART_EXPORT SampleIndex
 {
 public:
+    static constexpr int StretchSize = 32; // samples
+
+    /// Copies of what the records of a stretch hold: read in a row, they come several times faster
+    /// than from the store.
+    struct Samples
+    {
+        double x[StretchSize];
+        double y[StretchSize];
+        int state[StretchSize];
+    };
+
     /// Some neighbouring samples of the store.
     struct Stretch
     {
+        /// Whether the sample with this number, from 0, is valid.
+        bool isValid(int number) const { return (validMask >> number & 1u) != 0; }
+
         ChartValueList::iterator first; ///< Node of the first sample.
         int count = 0;                  ///< At least 1, at most StretchSize.
+        quint32 validMask = 0;          ///< A bit for each sample, the lowest for the first.
         bool isPlain = true;            ///< All samples are valid and have a finite y.
         double firstX = 0.0;            ///< Lowest X.
         double lastX = 0.0;             ///< Highest X.
@@ -42,6 +58,8 @@ public:
 
         /// Earliest expireTime of the samples, in seconds since the epoch; a NaN does not count.
         double dueTime = std::numeric_limits<double>::infinity();
+
+        std::unique_ptr<Samples> samples; ///< The first count of them are set.
     };
 
     /// Numbers of stretches.
@@ -50,8 +68,6 @@ public:
         int lowest = -1;  ///< The last plain one with the lowest Y of all plain ones; -1 for none.
         int highest = -1; ///< The same for the highest Y.
     };
-
-    static constexpr int StretchSize = 32; // samples
 
     /// \p series is not owned; it tells which samples are valid.
     explicit SampleIndex(const AbstractChartSeries *series);
@@ -100,8 +116,8 @@ private:
 
     std::optional<Node> firstUnknown() const;
     bool read(Node node, int count, std::deque<Stretch> &stretches) const;
-    void takeIn(const ChartValue &value, Stretch &stretch) const;
-    bool readChanged(std::deque<Stretch> &anew) const;
+    void takeIn(const ChartValue &value, int number, Stretch &stretch) const;
+    bool readChanged(std::deque<Stretch> &anew);
     bool ascendsAt(int number) const;
     bool isSparse() const;
     void refuse();
