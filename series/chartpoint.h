@@ -2,6 +2,8 @@
 
 #include "quarvchart_export.h"
 
+#include <QtGlobal>
+
 /**
  * One computed point of a curve, in pane pixels.
  *
@@ -27,3 +29,5 @@ public:
 private:
     static constexpr int GapCoordinate = -1;
 };
+
+Q_DECLARE_TYPEINFO(ChartPoint, Q_MOVABLE_TYPE);

@@ -1,17 +1,18 @@
 #include "series/fastlineclip.h"
 
+#include "series/clipregion_p.h"
+
 namespace {
 
 constexpr int Accepted = 1;
 constexpr int Rejected = 0;
 constexpr int NoSuchCode = -1;
 
-// Region of one end: one bit for each edge that it lies beyond.
-constexpr int Inside = 0;
-constexpr int Left = 1;
-constexpr int Right = 2;
-constexpr int Top = 4;
-constexpr int Bottom = 8;
+using ClipRegion::Bottom;
+using ClipRegion::Inside;
+using ClipRegion::Left;
+using ClipRegion::Right;
+using ClipRegion::Top;
 constexpr int LeftTop = Left | Top;
 constexpr int RightTop = Right | Top;
 constexpr int LeftBottom = Left | Bottom;
@@ -22,14 +23,6 @@ constexpr int code(int first, int second)
 {
     constexpr int RegionCount = 16;
     return first * RegionCount + second;
-}
-
-/// The comparisons are strict, so that the window is closed, and in this form a NaN is inside.
-int region(double x, double y, const FastLineClip &window)
-{
-    const int column = x > window.xMax ? Right : window.xMin > x ? Left : Inside;
-    const int row = y > window.yMax ? Bottom : window.yMin > y ? Top : Inside;
-    return column | row;
 }
 
 /// Where the line from an end to the other one crosses an edge: "along" is the coordinate in which
@@ -50,7 +43,9 @@ int FastLineClip::LineClip(double *firstX, double *firstY, double *secondX, doub
     clipped0 = false;
     clipped1 = false;
 
-    const int result = clipByCode(code(region(x0, y0, *this), region(x1, y1, *this)));
+    const int first = ClipRegion::of(x0, y0, *this);
+    const int second = ClipRegion::of(x1, y1, *this);
+    const int result = clipByCode(code(first, second));
     if (result == Accepted) {
         *firstX = x0;
         *firstY = y0;

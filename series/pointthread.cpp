@@ -2,28 +2,18 @@
 
 #include "series/abstractchartseries.h"
 #include "series/curvestrokes_p.h"
-#include "series/fastlineclip.h"
 #include "series/handover_p.h"
 #include "series/lockorder_p.h"
-
-#include <iterator>
+#include "series/pointwalk_p.h"
+#include "series/pointwriter_p.h"
 
 namespace {
 
-ChartPoint pointAt(const QPointF &pixel, const ChartValue &value, bool clipped)
+/// A number that no other calculation of the process has.
+quint64 newPass()
 {
-    ChartPoint point;
-    point.x = qRound(pixel.x());
-    point.y = qRound(pixel.y());
-    point.state = value.state;
-    point.value = value.y;
-    point.clipped = clipped;
-    return point;
-}
-
-bool onSamePixel(const ChartPoint &a, const ChartPoint &b)
-{
-    return a.x == b.x && a.y == b.y;
+    static std::atomic<quint64> passes{0};
+    return ++passes;
 }
 
 } // namespace
@@ -71,94 +61,66 @@ void PointThread::run()
     {
         const PointsLocker pointsLocker(&m_series->m_pointsMutex);
         const ValuesLocker valuesLocker(&m_series->m_valuesMutex);
-        m_points.clear(); // keeps its capacity for the next calculation
-        if (m_rect.width() > 0.0 && m_rect.height() > 0.0) {
-            walkPairs();
-        }
+        calculate();
     }
     handOver(this);     // The map that was read belongs to the GUI thread again,
     handOver(thread()); // which gets finished().
 }
 
-void PointThread::walkPairs()
+void PointThread::calculate()
 {
-    FastLineClip clip;
-    clip.xMin = m_rect.left();
-    clip.xMax = m_rect.left() + m_rect.width();
-    clip.yMin = m_rect.top();
-    clip.yMax = m_rect.top() + m_rect.height();
-
-    const auto end = m_series->m_values.constEnd();
-    auto a = m_series->m_values.constBegin();
-    if (a == end) {
-        return;
+    m_strokedPoints = QVector<ChartPoint>(); // From now on m_points is written to.
+    m_strokes->clear();
+    giveBackCapacity();
+    PointWriter writer(m_points, *m_strokes);
+    if (m_rect.width() > 0.0 && m_rect.height() > 0.0) {
+        PointWalk walk(*m_series, m_rect, writer, m_stop);
+        SampleIndex &index = *m_series->m_index;
+        if (walk.canUseIndex() && index.update()) {
+            walk.walkBy(index);
+        } else {
+            walk.walkAll();
+        }
     }
-    for (auto b = std::next(a); b != end && !m_stop; a = b, ++b) {
-        addPair(clip, *a, *b);
-    }
+    writer.finish();
+    m_strokes->finish();
+    m_strokedPoints = m_points;
+    m_pass = newPass();
 }
 
-void PointThread::addPair(FastLineClip &clip, const ChartValue *a, const ChartValue *b)
+/// A view that was crowded once need not hold its memory for ever; but what the last calculations
+/// have needed is kept, so that a user who zooms in and out again does not wait for the system.
+void PointThread::giveBackCapacity()
 {
-    if (!a || !b) {
+    constexpr int Period = 32; // calculations
+    m_mostPoints = std::max(m_mostPoints, m_points.size());
+    if (++m_calculations % Period != 0) {
         return;
     }
-    if (m_series->isValid(a) && m_series->isValid(b)) {
-        addSegment(clip, *a, *b);
-        return;
+    if (m_points.capacity() / 2 > m_mostPoints) {
+        m_points = QVector<ChartPoint>();
+        m_points.reserve(m_mostPoints);
+        m_strokes = std::make_unique<CurveStrokes>();
     }
-    addSinglePoint(a);
-    addSinglePoint(b);
-}
-
-void PointThread::addSegment(FastLineClip &clip, const ChartValue &a, const ChartValue &b)
-{
-    double x1 = a.x;
-    double y1 = a.y;
-    double x2 = b.x;
-    double y2 = b.y;
-    if (clip.LineClip(&x1, &y1, &x2, &y2) != 1) {
-        addGap();
-        return;
-    }
-    const QLineF line = m_series->map(QLineF(x1, y1, x2, y2));
-    const ChartPoint first = pointAt(line.p1(), a, clip.clipped0);
-    const ChartPoint second = pointAt(line.p2(), b, clip.clipped1);
-    if (onSamePixel(first, second)) {
-        return;
-    }
-    addPoint(first);
-    addPoint(second);
+    m_mostPoints = 0;
 }
 
 void PointThread::addSinglePoint(const ChartValue *value)
 {
-    if (!value) {
+    if (!value || !m_series) {
         return;
     }
-    const QPointF position(value->x, value->y);
-    if (m_series->isValid(value) && m_rect.contains(position)) {
-        addPoint(pointAt(m_series->map(position), *value, false));
-    } else {
-        addGap();
-    }
-}
-
-void PointThread::addPoint(const ChartPoint &point)
-{
-    if (!containsPoint(point)) {
-        m_points.append(point);
-    }
-}
-
-void PointThread::addGap()
-{
-    if (!m_points.isEmpty() && !m_points.constLast().isGap()) {
-        m_points.append(ChartPoint::gap());
-    }
+    CurveStrokes unused;
+    PointWriter writer(m_points, unused, m_points.size());
+    PointWalk(*m_series, m_rect, writer, m_stop).addSinglePoint(*value);
+    writer.finish();
 }
 
 bool PointThread::containsPoint(const ChartPoint &point) const
 {
-    return !m_points.isEmpty() && onSamePixel(m_points.constLast(), point);
+    if (m_points.isEmpty()) {
+        return false;
+    }
+    const ChartPoint &last = m_points.constLast();
+    return last.x == point.x && last.y == point.y;
 }

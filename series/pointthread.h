@@ -12,7 +12,6 @@
 
 class AbstractChartSeries;
 class CurveStrokes;
-class FastLineClip;
 struct ChartValue;
 
 /**
@@ -60,14 +59,13 @@ private:
     friend class AbstractChartSeries;
 
     const CurveStrokes *strokes() const;
-    void walkPairs();
-    void addPair(FastLineClip &clip, const ChartValue *a, const ChartValue *b);
-    void addSegment(FastLineClip &clip, const ChartValue &a, const ChartValue &b);
-    void addPoint(const ChartPoint &point);
-    void addGap();
+    void calculate();
+    void giveBackCapacity();
 
     // Guarded by the series' m_pointsMutex.
     std::unique_ptr<CurveStrokes> m_strokes; ///< The line through m_points as the worker left them.
     QVector<ChartPoint> m_strokedPoints;     ///< Shares m_points until somebody else writes there.
+    int m_mostPoints = 0;                    ///< Of the last few dozen calculations.
+    int m_calculations = 0;                  ///< Counted up, to part them into dozens.
     quint64 m_pass = 0; ///< Number of the last calculation; no other one of any series has it.
 };
