@@ -7,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QCoreApplication>
 #include <QEventLoop>
 
 #include <algorithm>
