@@ -8,9 +8,12 @@
 #include "views/chartaccessible_p.h"
 #include "views/chartcursor.h"
 #include "views/cursorvalue.h"
+#include "views/panepicture_p.h"
 
 #include <QFontMetrics>
+#include <QPaintEngine>
 #include <QPainter>
+#include <QPaintEvent>
 #include <QPalette>
 #include <QRubberBand>
 
@@ -36,6 +39,7 @@ ChartWidget::ChartWidget(AbstractChartModel *model, QWidget *parent, Qt::WindowF
     , m_cursor(new ChartCursor(model))
     , m_rubberBand(new QRubberBand(QRubberBand::Rectangle, this))
     , m_model(model)
+    , m_picture(std::make_unique<PanePicture>())
 {
     m_rubberBand->setGeometry(QRect());
     m_rubberBand->hide();
@@ -105,9 +109,12 @@ int ChartWidget::rightSpace() const
     const AxesLocker locker(m_model);
     const QFontMetrics metrics(font());
     int space = MinimumSideSpace;
+    QString measured; // Most series have the same title.
     for (const AbstractChartSeries *series : qAsConst(m_model->m_series)) {
-        if (series) {
-            space = std::max(space, metrics.horizontalAdvance(series->labelX()) + TitleSpace);
+        const QString title = series ? series->labelX() : QString();
+        if (title != measured) {
+            space = std::max(space, metrics.horizontalAdvance(title) + TitleSpace);
+            measured = title;
         }
     }
     return space;
@@ -175,11 +182,19 @@ AbstractChartSeries *ChartWidget::selectedSeries() const
     return list.value(0);
 }
 
-void ChartWidget::paintEvent(QPaintEvent *)
+void ChartWidget::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    paint(painter, chartPalette(), QRectF());
+    const QPalette colors = chartPalette();
+    if (!paintKept(painter, colors, event->region())) {
+        paint(painter, colors, QRectF());
+    }
     paintFocus(painter);
+}
+
+void ChartWidget::hideEvent(QHideEvent *)
+{
+    m_picture->clear();
 }
 
 // All painting takes its colours from this palette: so the settings reach the axes.
@@ -216,22 +231,31 @@ void ChartWidget::paintContents(QPainter &painter, const QPalette &palette, cons
         return;
     }
     const QTransform transform = deviceTransform(target, chart);
-    paintAxes(painter, palette, full, transform, *selected);
+    clipToDevice(painter);
+    paintAxes(painter, palette, full, transform, *selected, true);
 
-    // Axes may draw outside the frame, series may not.
-    painter.setClipRect(QRectF(full.x(), full.y(), full.width() + 1, full.height() + 1),
-                        Qt::ReplaceClip);
+    painter.setClipRect(frameClip(full), Qt::ReplaceClip);
     const QLineF line = cursorLine(chart);
     QList<CursorValue> values = paintSeries(painter, chart, transform, line, selected);
-    if (!line.isNull()) {
-        updateTimeLabel(painter, line, *selected);
-        std::sort(values.begin(), values.end());
-        m_cursor->paint(painter, line, values, full, isUpper(), palette);
+    paintCursor(painter, palette, full, line, values, *selected);
+}
+
+// Axes may draw outside the frame, series may not.
+QRectF ChartWidget::frameClip(const QRectF &full)
+{
+    return QRectF(full.x(), full.y(), full.width() + 1, full.height() + 1);
+}
+
+// Without any clip the raster engine sends each pixel of a thin line through the device's own,
+// which takes thirty times as long. One that exceeds every device hides nothing and spares it that.
+void ChartWidget::clipToDevice(QPainter &painter)
+{
+    constexpr QRect Everywhere(-100000, -100000, 200000, 200000); // no image exceeds 32767
+    const bool isRaster = painter.paintEngine()->type() == QPaintEngine::Raster;
+    if (isRaster && !painter.hasClipping() &&
+        painter.transform().type() <= QTransform::TxTranslate) {
+        painter.setClipRect(Everywhere);
     }
-    // The frame comes last, over the series.
-    painter.setPen(palette.brush(QPalette::Current, QPalette::AlternateBase).color());
-    painter.setBrush(QBrush(Qt::transparent, Qt::SolidPattern));
-    painter.drawRect(full);
 }
 
 // From the pane's pixels, in which the points of the series are computed, to those of the target.
@@ -258,32 +282,55 @@ QLineF ChartWidget::cursorLine(const QRectF &chart) const
 
 // Both axes use the mapping of the selected series: the grid is that of its scales.
 void ChartWidget::paintAxes(QPainter &painter, const QPalette &palette, const QRectF &full,
-                            const QTransform &transform, AbstractChartSeries &selected)
+                            const QTransform &transform, AbstractChartSeries &selected,
+                            bool showLabels)
 {
     const AxesLocker locker(m_model);
-    selected.m_axisY->paint(&selected, painter, full, transform, palette, true);
-    axisX()->paint(&selected, painter, full, transform, palette, isLower());
+    selected.m_axisY->paint(&selected, painter, full, transform, palette, showLabels);
+    axisX()->paint(&selected, painter, full, transform, palette, showLabels && isLower());
 }
 
-// Paints the visible series, the selected one on top, and returns their read-outs at the line. Each
-// waits for its own points, so the lock on the axes must not be held here.
-QList<CursorValue> ChartWidget::paintSeries(QPainter &painter, const QRectF &chart,
-                                            const QTransform &transform, const QLineF &line,
-                                            AbstractChartSeries *selected)
+// The visible series, the selected one on top.
+QList<AbstractChartSeries *> ChartWidget::paintOrder(AbstractChartSeries *selected) const
 {
     QList<AbstractChartSeries *> list = seriesList();
     list.removeOne(selected);
     list.append(selected);
+    const auto hidden = [](const AbstractChartSeries *series) { return !series->m_visible; };
+    list.erase(std::remove_if(list.begin(), list.end(), hidden), list.end());
+    return list;
+}
 
+// Paints the visible series and returns their read-outs at the line. Each waits for its own points,
+// so the lock on the axes must not be held here.
+QList<CursorValue> ChartWidget::paintSeries(QPainter &painter, const QRectF &chart,
+                                            const QTransform &transform, const QLineF &line,
+                                            AbstractChartSeries *selected)
+{
     // One box that would leave the plot turns the side for all boxes of the pane.
     m_cursor->m_side = ChartCursor::Right;
     QList<CursorValue> values;
-    for (AbstractChartSeries *series : qAsConst(list)) {
-        if (series->m_visible) {
-            series->paint(painter, chart, transform, line, values, m_cursor);
-        }
+    const QList<AbstractChartSeries *> list = paintOrder(selected);
+    for (AbstractChartSeries *series : list) {
+        series->paint(painter, chart, transform, line, values, m_cursor);
     }
     return values;
+}
+
+// The cursor, and at the very end the frame, over the series and the boxes.
+void ChartWidget::paintCursor(QPainter &painter, const QPalette &palette, const QRectF &full,
+                              const QLineF &line, QList<CursorValue> &values,
+                              AbstractChartSeries &selected)
+{
+    if (!line.isNull()) {
+        updateTimeLabel(painter, line, selected);
+        std::sort(values.begin(), values.end());
+        m_cursor->paint(painter, line, values, full, isUpper(), palette);
+    }
+    clipToDevice(painter);
+    painter.setPen(palette.brush(QPalette::Current, QPalette::AlternateBase).color());
+    painter.setBrush(QBrush(Qt::transparent, Qt::SolidPattern));
+    painter.drawRect(full);
 }
 
 // A position that cannot be mapped keeps the former label.

@@ -9,16 +9,23 @@
 #include <QString>
 #include <QWidget>
 
+#include <memory>
+#include <optional>
+
 class AbstractChartModel;
 class AbstractChartSeries;
 class ChartCursor;
 class CursorValue;
 class HorizontalChartAxis;
+class PanePicture;
 class QPainter;
 class QPalette;
+class QRegion;
 class QRubberBand;
 class QTransform;
 class VerticalChartAxis;
+struct MarginLook;
+struct PaneLook;
 
 /**
  * One pane: frame, grid, labels, the curves of its series and the cursor.
@@ -112,6 +119,7 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -144,15 +152,34 @@ private:
     int sideSpace(bool isOuter) const;
     QPalette chartPalette() const;
     QTransform deviceTransform(const QRectF &target, const QRectF &chart) const;
+    static void clipToDevice(QPainter &painter);
+    static QRectF frameClip(const QRectF &full);
     QLineF cursorLine(const QRectF &chart) const;
+    QList<AbstractChartSeries *> paintOrder(AbstractChartSeries *selected) const;
     void paintContents(QPainter &painter, const QPalette &palette, const QRectF &target);
     void paintAxes(QPainter &painter, const QPalette &palette, const QRectF &full,
-                   const QTransform &transform, AbstractChartSeries &selected);
+                   const QTransform &transform, AbstractChartSeries &selected, bool showLabels);
     QList<CursorValue> paintSeries(QPainter &painter, const QRectF &chart,
                                    const QTransform &transform, const QLineF &line,
                                    AbstractChartSeries *selected);
+    void paintCursor(QPainter &painter, const QPalette &palette, const QRectF &full,
+                     const QLineF &line, QList<CursorValue> &values, AbstractChartSeries &selected);
     void updateTimeLabel(const QPainter &painter, const QLineF &line,
                          AbstractChartSeries &selected);
 
+    // Painting from the picture that is kept of the frame's inside.
+    bool paintKept(QPainter &painter, const QPalette &palette, const QRegion &exposed);
+    std::optional<PaneLook> insideLook(const QPainter &painter, const QPalette &palette,
+                                       const QRectF &full, AbstractChartSeries &selected) const;
+    std::optional<MarginLook> marginLook(const QRectF &full) const;
+    void readGrid(PaneLook &look, const AbstractChartSeries &selected) const;
+    void paintMargins(QPainter &painter, const QPalette &palette, const QRectF &full,
+                      const QRegion &exposed, AbstractChartSeries &selected);
+    QRect cursorReach() const;
+    void paintInside(const QPalette &palette, PaneLook &look, AbstractChartSeries &selected);
+    QList<CursorValue> readOuts(const QRectF &chart, const QLineF &line,
+                                AbstractChartSeries &selected);
+
+    std::unique_ptr<PanePicture> m_picture;
     bool m_showsFocus = false; ///< The focus, if it is here, has come by the keyboard.
 };

@@ -222,7 +222,7 @@ void ChartWidget::changeCursorState(double pos, bool visible)
     m_cursor->m_visible = visible;
     m_cursor->m_position = pos;
     if (shows) {
-        update();
+        update(cursorReach());
     }
 }
 
