@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QImage>
+#include <QPainter>
 
 #include <algorithm>
 #include <ctime>
@@ -31,10 +33,16 @@ double quantile(std::vector<double> &values, double part)
     return *nth;
 }
 
+/// Where the pane is redrawn.
+enum Target {
+    OnScreen, ///< In its window, whose background and copy to the screen count too.
+    OnImage   ///< As an application draws it itself.
+};
+
 /// One sample more, a window that slides over the last tenth of what is held, and the redraw of the
 /// pane when the points are there. The time is that of the GUI thread, from the sample to the
 /// picture; while the worker computes, the thread is free.
-void liveStep(benchmark::State &state, DataShape shape)
+void liveStep(benchmark::State &state, DataShape shape, Target target)
 {
     constexpr double Shown = 0.1; // of the samples
     const int count = int(state.range(0));
@@ -44,7 +52,8 @@ void liveStep(benchmark::State &state, DataShape shape)
     model.applyChartSettings();
     ChartWidget &pane = *model.mainChart();
     pane.resize(1000, 600);
-    pane.show();
+    pane.setVisible(target == OnScreen);
+    QImage image(pane.size(), QImage::Format_RGB32);
     BenchSeries *series = model.newSeries();
     const std::vector<double> values = ordinates(shape, count);
     for (int i = 0; i < count; ++i) {
@@ -57,6 +66,10 @@ void liveStep(benchmark::State &state, DataShape shape)
         model.updateCharts();
         loop.exec();
         QCoreApplication::processEvents(); // the end of the pass and the painting
+        if (target == OnImage) {
+            QPainter painter(&image);
+            pane.paint(painter, pane.palette(), QRectF());
+        }
     };
     redraw(); // the first one takes all samples into account
     redraw();
@@ -75,16 +88,22 @@ void liveStep(benchmark::State &state, DataShape shape)
     state.counters["median ms"] = quantile(times, 0.5) * Milliseconds;
     state.counters["99% ms"] = quantile(times, 0.99) * Milliseconds;
 }
-BENCHMARK_CAPTURE(liveStep, noisy, Noisy)
+BENCHMARK_CAPTURE(liveStep, noisyOnScreen, Noisy, OnScreen)
     ->RangeMultiplier(10)
     ->Range(10000, 10000000)
     ->UseManualTime()
-    ->Iterations(300)
+    ->Iterations(1000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(liveStep, randomWalk, RandomWalk)
+BENCHMARK_CAPTURE(liveStep, noisyOnImage, Noisy, OnImage)
+    ->RangeMultiplier(10)
+    ->Range(10000, 10000000)
+    ->UseManualTime()
+    ->Iterations(1000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(liveStep, randomWalkOnScreen, RandomWalk, OnScreen)
     ->Arg(1000000)
     ->UseManualTime()
-    ->Iterations(300)
+    ->Iterations(1000)
     ->Unit(benchmark::kMillisecond);
 
 } // namespace

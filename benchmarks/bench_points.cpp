@@ -159,6 +159,7 @@ void calculateLive(benchmark::State &state)
     QRectF &window = series->m_pointThread->m_rect;
     window.setWidth(span);
     const double scaleX = BenchPlot.width() / span;
+    series->m_pointThread->run(); // takes in what is held
     double x = count;
     for (auto _ : state) {
         series->addValues({new ChartValue{x, 0.5}});

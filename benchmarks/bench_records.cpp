@@ -1,6 +1,7 @@
 // What samples cost as pieces of memory: their making and deletion, and the room that they take.
 
 #include "benchdata.h"
+#include "series/pointthread.h"
 #include "series/samplepool_p.h"
 
 #include <benchmark/benchmark.h>
@@ -98,12 +99,14 @@ double residentBytes()
 }
 
 /// Not a speed: the bytes that each sample of a feeder takes, record, node and all, as the growth
-/// of the resident memory; and what is left of it when they have been cleared. To be run alone
+/// of the resident memory, before and after the first calculation, which makes the index; and what
+/// is left of it when they have been cleared. To be run alone
 /// (--benchmark_filter): what others have left in the heap is used again and does not count.
 void memoryPerSample(benchmark::State &state)
 {
     const int count = int(state.range(0));
     double grown = 0.0;
+    double indexed = 0.0;
     double left = 0.0;
     for (auto _ : state) {
         BenchModel model;
@@ -113,11 +116,16 @@ void memoryPerSample(benchmark::State &state)
             model.addValue(series, new ChartValue{double(i), double(i % 100)});
         }
         grown = residentBytes() - before;
+        series->m_pointThread->wait();
+        series->m_pointThread->m_rect = QRectF(-2.0, 0.0, 1.0, 1.0); // leaves nothing to keep
+        series->m_pointThread->run();
+        indexed = residentBytes() - before;
         state.counters["slabs"] = SamplePool::slabCount();
         model.clearValues();
         left = residentBytes() - before;
     }
     state.counters["bytes/sample"] = grown / count;
+    state.counters["bytes/sample indexed"] = indexed / count;
     state.counters["bytes/sample left"] = left / count;
     state.counters["slabs left"] = SamplePool::slabCount();
 }

@@ -133,7 +133,7 @@ void PointWalk::walkStretch(const Place &last, const Stretch &stretch)
 void PointWalk::walkInside(const Place &last, const Stretch &stretch)
 {
     addPair(last, placeIn(stretch, 0));
-    const SampleIndex::Samples &samples = *stretch.samples;
+    const SampleIndex::Samples &samples = stretch.samples;
     int column = m_map.column(stretch.firstX);
     int row = m_map.row(samples.y[0]);
     if (m_map.column(stretch.lastX) == column && m_writer.isLineAt(column, row)) {
@@ -170,7 +170,7 @@ PointWalk::Place PointWalk::lastPlaceIn(const Stretch &stretch) const
 
 PointWalk::Place PointWalk::placeIn(const Stretch &stretch, int i) const
 {
-    const SampleIndex::Samples &samples = *stretch.samples;
+    const SampleIndex::Samples &samples = stretch.samples;
     return placeOf(samples.x[i], samples.y[i], samples.state[i], stretch.isValid(i));
 }
 

@@ -84,9 +84,8 @@ bool SampleIndex::read(Node node, int count, std::deque<Stretch> &stretches) con
             stretches.emplace_back();
             stretches.back().first = node;
             stretches.back().firstX = *node ? (*node)->x : 0.0;
-            stretches.back().samples.reset(new Samples); // set one by one below
         }
-        Stretch stretch = std::move(stretches.back()); // The compiler can keep it in registers.
+        Stretch &stretch = stretches.back();
         const int taken = std::min(count, StretchSize - stretch.count);
         for (int i = 0; i < taken; ++i, ++node) {
             const ChartValue *value = *node;
@@ -98,7 +97,6 @@ bool SampleIndex::read(Node node, int count, std::deque<Stretch> &stretches) con
         }
         stretch.lastX = previousX;
         stretch.count += taken;
-        stretches.back() = std::move(stretch);
         count -= taken;
     }
     return true;
@@ -107,9 +105,9 @@ bool SampleIndex::read(Node node, int count, std::deque<Stretch> &stretches) con
 /// What the sample with this number means for its stretch, apart from count and X.
 void SampleIndex::takeIn(const ChartValue &value, int number, Stretch &stretch) const
 {
-    stretch.samples->x[number] = value.x;
-    stretch.samples->y[number] = value.y;
-    stretch.samples->state[number] = value.state;
+    stretch.samples.x[number] = value.x;
+    stretch.samples.y[number] = value.y;
+    stretch.samples.state[number] = value.state;
     const bool isValid = m_series->isValid(&value);
     stretch.validMask |= quint32(isValid) << number;
     stretch.isPlain = stretch.isPlain && isValid && std::isfinite(value.y);
@@ -144,11 +142,9 @@ void SampleIndex::settle()
     const int from = m_changed.front();
     const int old = m_changed.back() + 1 - from;
     const int common = std::min(old, int(anew.size()));
-    const auto beyond = anew.begin() + common;
-    std::move(anew.begin(), beyond, m_stretches.begin() + from);
+    std::copy_n(anew.cbegin(), common, m_stretches.begin() + from);
     m_stretches.erase(m_stretches.begin() + from + common, m_stretches.begin() + from + old);
-    m_stretches.insert(m_stretches.begin() + from + common, std::make_move_iterator(beyond),
-                       std::make_move_iterator(anew.end()));
+    m_stretches.insert(m_stretches.begin() + from + common, anew.cbegin() + common, anew.cend());
     m_changed.clear();
 
     if (!ascendsAt(from)) {
@@ -159,13 +155,12 @@ void SampleIndex::settle()
 }
 
 /// The stretches from the first to the last changed one as they are now. Only where a changed one
-/// begins can the samples descend, as no highest X has grown; read() sees that. Takes the others
-/// out of their places.
-bool SampleIndex::readChanged(std::deque<Stretch> &anew)
+/// begins can the samples descend, as no highest X has grown; read() sees that.
+bool SampleIndex::readChanged(std::deque<Stretch> &anew) const
 {
     auto changed = m_changed.cbegin();
     for (int number = m_changed.front(); number <= m_changed.back(); ++number) {
-        Stretch &stretch = m_stretches[size_t(number)];
+        const Stretch &stretch = m_stretches[size_t(number)];
         if (number == *changed) {
             ++changed;
             if (!read(stretch.first, stretch.count, anew)) {
@@ -173,7 +168,7 @@ bool SampleIndex::readChanged(std::deque<Stretch> &anew)
             }
             continue;
         }
-        anew.push_back(std::move(stretch));
+        anew.push_back(stretch);
     }
     return true;
 }

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <deque>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -59,7 +58,7 @@ public:
         /// Earliest expireTime of the samples, in seconds since the epoch; a NaN does not count.
         double dueTime = std::numeric_limits<double>::infinity();
 
-        std::unique_ptr<Samples> samples; ///< The first count of them are set.
+        Samples samples; ///< The first count of them are set.
     };
 
     /// Numbers of stretches.
@@ -117,7 +116,7 @@ private:
     std::optional<Node> firstUnknown() const;
     bool read(Node node, int count, std::deque<Stretch> &stretches) const;
     void takeIn(const ChartValue &value, int number, Stretch &stretch) const;
-    bool readChanged(std::deque<Stretch> &anew);
+    bool readChanged(std::deque<Stretch> &anew) const;
     bool ascendsAt(int number) const;
     bool isSparse() const;
     void refuse();

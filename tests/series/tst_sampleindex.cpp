@@ -275,12 +275,11 @@ SampleIndex::Stretch plainStretch(ChartValueList::const_iterator &node, int coun
     stretch.first = node.i;
     stretch.count = count;
     stretch.firstX = (*node)->x;
-    stretch.samples.reset(new SampleIndex::Samples);
     for (int i = 0; i < count; ++i, ++node) {
         const ChartValue &value = **node;
-        stretch.samples->x[i] = value.x;
-        stretch.samples->y[i] = value.y;
-        stretch.samples->state[i] = value.state;
+        stretch.samples.x[i] = value.x;
+        stretch.samples.y[i] = value.y;
+        stretch.samples.state[i] = value.state;
         stretch.validMask |= isValidRecord(value) ? 1u << i : 0u;
         stretch.lastX = value.x;
         stretch.isPlain = stretch.isPlain && isValidRecord(value) && qIsFinite(value.y);
@@ -309,7 +308,7 @@ bool isSameStretch(const SampleIndex::Stretch &a, const SampleIndex::Stretch &b)
     return a.first.i == b.first.i && a.count == b.count && a.isPlain == b.isPlain &&
            a.firstX == b.firstX && a.lastX == b.lastX && (!a.isPlain || hasSameRange) &&
            a.dueTime == b.dueTime && a.validMask == b.validMask &&
-           areSameSamples(*a.samples, *b.samples, a.count);
+           areSameSamples(a.samples, b.samples, a.count);
 }
 
 /// What the index says that the store does not, if anything.
@@ -1066,7 +1065,7 @@ void TestSampleIndex::staysSmallWhenSamplesComeAndGo()
 {
     // For each sample; if all stretches are full it is 22.75.
     constexpr int MaximumBytes = 35;
-    constexpr int StretchBytes = sizeof(SampleIndex::Stretch) + sizeof(SampleIndex::Samples);
+    constexpr int StretchBytes = sizeof(SampleIndex::Stretch);
     IndexedSeries series;
     SampleIndex &index = indexOf(series);
     QRandomGenerator random(22);
