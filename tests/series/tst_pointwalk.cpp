@@ -147,6 +147,12 @@ Recipe randomRecipe(QRandomGenerator &random)
     recipe.stepX = Scales[random.bounded(5)];
     recipe.originY = Origins[random.bounded(6)];
     recipe.heightY = Scales[random.bounded(5)];
+    // Further from 0 the map's rounding would leave the integers.
+    constexpr double FarthestOrigin = 1e12; // steps
+    recipe.originX =
+        std::abs(recipe.originX) / recipe.stepX > FarthestOrigin ? 0.0 : recipe.originX;
+    recipe.originY =
+        std::abs(recipe.originY) / recipe.heightY > FarthestOrigin ? 0.0 : recipe.originY;
     recipe.holes = random.bounded(2) ? 0 : random.bounded(2, 60);
     return recipe;
 }
