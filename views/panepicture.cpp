@@ -25,9 +25,9 @@ bool operator==(const PaneLook &a, const PaneLook &b)
 
 bool operator==(const MarginLook &a, const MarginLook &b)
 {
-    return a.frame == b.frame && a.grid == b.grid && a.matrix == b.matrix && a.gridX == b.gridX && a.gridY == b.gridY &&
-           a.stepX == b.stepX && a.isDateTime == b.isDateTime && a.showsLabelsX == b.showsLabelsX &&
-           a.colorY == b.colorY && a.texts == b.texts;
+    return a.frame == b.frame && a.grid == b.grid && a.matrix == b.matrix && a.gridX == b.gridX &&
+           a.gridY == b.gridY && a.stepX == b.stepX && a.isDateTime == b.isDateTime &&
+           a.showsLabelsX == b.showsLabelsX && a.colorY == b.colorY && a.texts == b.texts;
 }
 
 bool PanePicture::hasMargins(const std::optional<MarginLook> &look) const
