@@ -132,26 +132,35 @@ void PointWalk::walkStretch(const Place &last, const Stretch &stretch)
 /// The samples all lie in the window: nothing is clipped, and each is just a pixel.
 void PointWalk::walkInside(const Place &last, const Stretch &stretch)
 {
-    addPair(last, placeIn(stretch, 0));
     const SampleIndex::Samples &samples = stretch.samples;
-    int column = m_map.column(stretch.firstX);
-    int row = m_map.row(samples.y[0]);
-    if (m_map.column(stretch.lastX) == column && m_writer.isLineAt(column, row)) {
-        m_writer.addColumn(samples.state + 1, samples.y + 1, stretch.count - 1,
-                           [this](double y) { return m_map.row(y); });
-        return;
-    }
-    for (int i = 1; i < stretch.count; ++i) {
-        const int nextColumn = m_map.column(samples.x[i]);
-        const int nextRow = m_map.row(samples.y[i]);
-        if (nextColumn == column && nextRow == row) {
-            continue;
+    const auto rowOf = [this](double y) { return m_map.row(y); };
+    Place place = placeIn(stretch, 0);
+    addPair(last, place);
+    for (int i = 1; i < stretch.count;) {
+        const int end = endOfColumn(place.column, stretch, i);
+        if (end > i && m_writer.isLineAt(place.column, place.row)) {
+            m_writer.addColumn(samples.state + i, samples.y + i, end - i, rowOf);
+            place = placeIn(stretch, end - 1);
+            i = end;
+        } else {
+            const Place next = placeIn(stretch, i++);
+            addPair(place, next);
+            place = next;
         }
-        m_writer.addPoint(column, row, samples.state[i - 1], samples.y[i - 1], false);
-        m_writer.addPoint(nextColumn, nextRow, samples.state[i], samples.y[i], false);
-        column = nextColumn;
-        row = nextRow;
     }
+}
+
+/// The number of the first sample from \p from on that falls on another column.
+int PointWalk::endOfColumn(int column, const Stretch &stretch, int from) const
+{
+    if (m_map.column(stretch.lastX) == column) {
+        return stretch.count; // As X ascends, so do those between.
+    }
+    int end = from;
+    while (m_map.column(stretch.samples.x[end]) == column) {
+        ++end;
+    }
+    return end;
 }
 
 void PointWalk::walkOneByOne(Place last, const Stretch &stretch)

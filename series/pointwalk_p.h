@@ -63,6 +63,7 @@ private:
     bool isOnPixelOf(const Place &place, const Stretch &stretch) const;
     void walkStretch(const Place &last, const Stretch &stretch);
     void walkInside(const Place &last, const Stretch &stretch);
+    int endOfColumn(int column, const Stretch &stretch, int from) const;
     void walkOneByOne(Place last, const Stretch &stretch);
     Place lastPlaceIn(const Stretch &stretch) const;
     Place placeIn(const Stretch &stretch, int i) const;
