@@ -73,6 +73,7 @@ void PointWalk::walkBy(const SampleIndex &index)
         }
         if (passOver(last, *stretch)) {
             passed = &*stretch;
+            last.x = stretch->lastX; // Shows when the right edge is reached.
             continue;
         }
         last = passed ? lastPlaceIn(*passed) : last;
@@ -138,7 +139,7 @@ void PointWalk::walkInside(const Place &last, const Stretch &stretch)
     addPair(last, place);
     for (int i = 1; i < stretch.count;) {
         const int end = endOfColumn(place.column, stretch, i);
-        if (end > i && m_writer.isLineAt(place.column, place.row)) {
+        if (end > i && m_writer.takesColumn(place.column, place.row)) {
             m_writer.addColumn(samples.state + i, samples.y + i, end - i, rowOf);
             place = placeIn(stretch, end - 1);
             i = end;

@@ -42,11 +42,15 @@ public:
         addToLine(x, y);
     }
 
-    /// Whether the points end on this pixel, and a line may run on from there.
-    bool isLineAt(int x, int y) const { return m_isLineOpen && m_lastX == x && m_lastY == y; }
+    /// Whether addColumn() may follow: the points end on this pixel, a line may run on from there,
+    /// and no pixel of its column is that of a gap marker.
+    bool takesColumn(int x, int y) const
+    {
+        return m_isLineOpen && m_lastX == x && m_lastY == y && x != GapCoordinate;
+    }
 
-    /// The same as addPoint() for \p count samples on the column of the last point, from which a
-    /// line runs on. \p rowOf gives the row of a value. Takes no decision that depends on the data.
+    /// The same as addPoint() for \p count samples on the column of the last point. takesColumn()
+    /// must hold. \p rowOf gives the row of a value. Takes no decision that depends on the data.
     template <typename RowOf>
     void addColumn(const int *states, const double *values, int count, const RowOf &rowOf)
     {
@@ -90,8 +94,10 @@ public:
 private:
     static constexpr int GrowthStep = 4096; // points
 
-    // A marker is known by its pixel alone, -1 in both.
-    static bool isGap(int x, int y) { return (x & y) == -1; }
+    static constexpr int GapCoordinate = -1;
+
+    // A marker is known by its pixel alone. All bits of both are set in -1 and nowhere else.
+    static bool isGap(int x, int y) { return (x & y) == GapCoordinate; }
 
     bool isEmpty() const { return m_next == m_begin; }
     int count() const { return int(m_next - m_begin); }

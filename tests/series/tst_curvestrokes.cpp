@@ -1,5 +1,6 @@
 #include "series/chartpoint.h"
 #include "series/pointthread.h"
+#include "series/sampleindex_p.h"
 #include "support/paintcalltext.h"
 #include "support/plaincurve.h"
 #include "support/plainseries.h"
@@ -342,6 +343,10 @@ class TestCurveStrokes : public QObject
     Q_OBJECT
 
 private slots:
+    // So that curves of usual length take the ways of long ones too.
+    void initTestCase() { SampleIndex::setSmallestStore(20); }
+    void cleanupTestCase() { SampleIndex::setSmallestStore(SampleIndex::DefaultSmallestStore); }
+
     void paintsWhatSegmentsGive_data();
     void paintsWhatSegmentsGive();
     void paintsSymbolsOverLines();
@@ -349,6 +354,7 @@ private slots:
     void paintsOnWidgetWhatSegmentsGive();
     void paintsPointsOfOthersAsSegments();
     void followsEachCalculation();
+    void breaksLineAtPixelOfMarker();
 
     void drawsFewStrokes();
     void drawsCoveredSegmentsOfBroadLines();
@@ -537,6 +543,27 @@ void TestCurveStrokes::followsEachCalculation()
     const QImage image = painted(Setup(), Place(), [&](QPainter &p) { series.paintOn(p); });
     const QImage expected =
         painted(Setup(), Place(), [&](QPainter &p) { PlainCurve(series).draw(p); });
+    QVERIFY(image == expected);
+}
+
+// A sample that falls on the pixel by which markers are known is one, in the midst of a run.
+void TestCurveStrokes::breaksLineAtPixelOfMarker()
+{
+    Curve curve;
+    for (int i = 0; i < 40; ++i) {
+        curve.append({-1.0, i == 20 ? -1.0 : i % 2 == 0 ? 3.0 : 12.0});
+    }
+    PixelSeries series(curve);
+
+    const QImage image = painted(Setup(), Place(), [&](QPainter &p) {
+        p.translate(10, 10);
+        series.paintOn(p);
+    });
+    const QImage expected = painted(Setup(), Place(), [&](QPainter &p) {
+        p.translate(10, 10);
+        PlainCurve(series).draw(p);
+    });
+    QCOMPARE(series.m_pointThread->m_points.size(), 40);
     QVERIFY(image == expected);
 }
 
