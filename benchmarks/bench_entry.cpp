@@ -15,14 +15,15 @@ namespace {
 constexpr int BlockSize = 1000; // samples handed in by one call
 
 constexpr int BatchSize = 100000; // samples fed between two rests of the clock
-constexpr double Period = 100.0;  // samples; Y repeats, so that Y axes soon stand
+constexpr double Period = 100.0;  // samples; Y repeats, so that Y axes stand after one
 
 /// Ranges that no batch leaves.
 constexpr double WideWindow = 1e9;
 
+/// With the same Y at a whole number of periods before, negative X included.
 ChartValue *newSample(double x)
 {
-    return new ChartValue{x, std::fmod(x, Period)};
+    return new ChartValue{x, x - Period * std::floor(x / Period)};
 }
 
 /// What the entry of a sample cannot do without: the list's node, and the extremes by way of the

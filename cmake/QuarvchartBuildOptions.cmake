@@ -6,6 +6,8 @@ target_compile_options(quarvchart_build_options INTERFACE
     # Nobody puts a function of his own in the place of one of the library's, so these may call each
     # other directly, and be inlined.
     -fno-semantic-interposition
+    # The entry of one sample makes a dozen calls into Qt and the C library.
+    -fno-plt
     # Optimising, GCC 12 believes that QLinkedList frees its shared empty list, wherever one dies;
     # the count of references rules that out.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-free-nonheap-object>

@@ -13,7 +13,6 @@
 #include "views/chartwidget.h"
 
 #include <QAction>
-#include <QThread>
 #include <QUndoStack>
 
 namespace {
@@ -29,6 +28,7 @@ AbstractChartModel::AbstractChartModel(const QString &organization, const QStrin
     , m_undoStack(new QUndoStack(this))
     , m_axesMutex(std::make_unique<AxesMutex>())
     , m_ownedAxisX(m_axisX)
+    , m_ownThread(std::this_thread::get_id())
 {
     m_settings.organization = organization;
     m_settings.application = application;
@@ -229,11 +229,6 @@ void AbstractChartModel::setUseDateTimeScaleX(bool on)
     if (m_axisX) {
         m_axisX->m_dateTime = on;
     }
-}
-
-bool AbstractChartModel::isOwnThread() const
-{
-    return QThread::currentThread() == thread();
 }
 
 QList<AbstractChartSeries *> AbstractChartModel::seriesSnapshot() const

@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <thread>
 
 class AbstractChartSeries;
 class AxesMutex;
@@ -402,7 +403,7 @@ private:
     friend class ChartWidget;
 
     bool isCell(const QModelIndex &index) const;
-    bool isOwnThread() const;
+    bool isOwnThread() const { return std::this_thread::get_id() == m_ownThread; }
     QList<AbstractChartSeries *> seriesSnapshot() const;
     void createActions();
     void createSeriesActions();
@@ -438,6 +439,8 @@ private:
     /// order; nothing that waits runs under it.
     const std::unique_ptr<AxesMutex> m_axesMutex;
     std::unique_ptr<HorizontalChartAxis> m_ownedAxisX;
+
+    const std::thread::id m_ownThread; ///< The GUI thread.
 
     // What feeders read of m_settings, which belongs to the GUI thread.
     mutable std::atomic<bool> m_individualScale{true};

@@ -3,13 +3,17 @@
 #include "axes/horizontalchartaxis.h"
 #include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
+#include "model/axessnapshot_p.h"
+#include "model/postonce_p.h"
 #include "model/storeends_p.h"
 #include "series/abstractchartseries.h"
 #include "series/handover_p.h"
 #include "series/pointthread.h"
+#include "undo/scalecommand.h"
 #include "views/chartwidget.h"
 
 #include <QTransform>
+#include <QUndoStack>
 #include <QVector>
 
 namespace {
@@ -161,6 +165,54 @@ double AbstractChartModel::visibleInterval() const
         m_visibleInterval = m_settings.visibleInterval;
     }
     return m_visibleInterval;
+}
+
+void AbstractChartModel::adjustAxes(AbstractChartSeries *series, bool updateUndoHistory)
+{
+    const AxesLocker locker(this);
+    if (updateUndoHistory) {
+        followData(series);
+    } else {
+        adjustAxisY(series);
+        adjustAxisX();
+    }
+}
+
+/// Brings the axes up to date, and the history behind them. With the lock on the axes held.
+void AbstractChartModel::followData(AbstractChartSeries *series)
+{
+    const AxesSnapshot before(*this);
+    adjustAxisY(series);
+    adjustAxisX();
+    if (!before.isPresent()) {
+        followHistory();
+    }
+}
+
+void AbstractChartModel::followHistory()
+{
+    if (isOwnThread()) {
+        rewriteHistoryNeighbours();
+        return;
+    }
+    postOnce(this, m_historyPosted, [this] { rewriteHistoryNeighbours(); });
+}
+
+void AbstractChartModel::rewriteHistoryNeighbours()
+{
+    const auto commandAt = [this](int i) {
+        return dynamic_cast<ScaleCommand *>(const_cast<QUndoCommand *>(m_undoStack->command(i)));
+    };
+    const int index = m_undoStack->index();
+    if (index < 1) {
+        return; // The command at 0 keeps its old state: nothing undone leads back to it.
+    }
+    if (ScaleCommand *done = commandAt(index - 1)) {
+        done->setNewParams();
+    }
+    if (ScaleCommand *undone = commandAt(index)) {
+        undone->setOldParams();
+    }
 }
 
 void AbstractChartModel::adjustAxisY(AbstractChartSeries *series)

@@ -1,11 +1,7 @@
 #include "model/abstractchartmodel.h"
 
-#include "axes/horizontalchartaxis.h"
-#include "axes/verticalchartaxis.h"
 #include "model/axeslocker_p.h"
-#include "model/postonce_p.h"
 #include "series/abstractchartseries.h"
-#include "series/lockorder_p.h"
 #include "series/pointthread.h"
 #include "series/sampleindex_p.h"
 #include "series/seriesregistry_p.h"
@@ -18,7 +14,6 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QUndoStack>
-#include <QVarLengthArray>
 
 namespace {
 
@@ -33,8 +28,8 @@ constexpr auto SelectWholeRow =
 template <typename Entry>
 bool runEntry(const AbstractChartModel *model, AbstractChartSeries *series, Entry entry)
 {
-    const SeriesRegistry::Reader reader;
-    if (!reader.contains(series)) {
+    const SeriesRegistry::Reader reader(series);
+    if (!reader.lives()) {
         return false;
     }
     const ValuesLocker valuesLocker(&series->m_valuesMutex);
@@ -42,84 +37,6 @@ bool runEntry(const AbstractChartModel *model, AbstractChartSeries *series, Entr
     entry();
     return true;
 }
-
-/// The state of one axis at one moment, as UndoAxisParams has it. Without initialisers, so that a
-/// row of them costs only what is written into it.
-struct AxisState
-{
-    bool isStateOf(const ChartAxis *axis) const
-    {
-        if (!axis) {
-            return !isAxis;
-        }
-        return isAxis && min == axis->m_min && max == axis->m_max && zoomed == axis->m_zoomed;
-    }
-
-    double min;
-    double max;
-    bool zoomed;
-    bool isAxis; ///< False for an axis that is missing; the rest says nothing then.
-};
-
-AxisState stateOf(const ChartAxis *axis)
-{
-    return axis ? AxisState{axis->m_min, axis->m_max, axis->m_zoomed, true}
-                : AxisState{0.0, 0.0, false, false};
-}
-
-const ChartAxis *axisY(const AbstractChartSeries *series)
-{
-    return series ? series->m_axisY : nullptr;
-}
-
-} // namespace
-
-Q_DECLARE_TYPEINFO(AxisState, Q_PRIMITIVE_TYPE);
-
-namespace {
-
-/**
- * The state of all axes at one moment, as a ScaleCommand would capture it, but without a command
- * and its maps: entering a sample allocates nothing.
- */
-class AxesSnapshot
-{
-public:
-    explicit AxesSnapshot(const AbstractChartModel &model)
-        : m_model(model)
-        , m_axisX(stateOf(model.m_axisX))
-        , m_axesY(model.m_series.size())
-    {
-        AxisState *state = m_axesY.data();
-        for (const AbstractChartSeries *series : model.m_series) {
-            *state++ = stateOf(axisY(series));
-        }
-    }
-
-    /// Whether all axes are in this state now. All are looked at, since what a derived model does
-    /// for one series may have touched any.
-    bool isPresent() const
-    {
-        const QList<AbstractChartSeries *> &all = m_model.m_series;
-        if (!m_axisX.isStateOf(m_model.m_axisX) || m_axesY.size() != all.size()) {
-            return false;
-        }
-        const AxisState *state = m_axesY.constData();
-        for (const AbstractChartSeries *series : all) {
-            if (!state++->isStateOf(axisY(series))) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-private:
-    static constexpr int UsualSeries = 32;
-
-    const AbstractChartModel &m_model;
-    AxisState m_axisX;
-    QVarLengthArray<AxisState, UsualSeries> m_axesY;
-};
 
 } // namespace
 
@@ -425,54 +342,6 @@ bool AbstractChartModel::removeOldValues(AbstractChartSeries *series)
         runEntry(this, series, [&] { changed = series->removeOldValues(); });
     }
     return changed;
-}
-
-void AbstractChartModel::adjustAxes(AbstractChartSeries *series, bool updateUndoHistory)
-{
-    const AxesLocker locker(this);
-    if (updateUndoHistory) {
-        followData(series);
-    } else {
-        adjustAxisY(series);
-        adjustAxisX();
-    }
-}
-
-/// Brings the axes up to date, and the history behind them. With the lock on the axes held.
-void AbstractChartModel::followData(AbstractChartSeries *series)
-{
-    const AxesSnapshot before(*this);
-    adjustAxisY(series);
-    adjustAxisX();
-    if (!before.isPresent()) {
-        followHistory();
-    }
-}
-
-void AbstractChartModel::followHistory()
-{
-    if (isOwnThread()) {
-        rewriteHistoryNeighbours();
-        return;
-    }
-    postOnce(this, m_historyPosted, [this] { rewriteHistoryNeighbours(); });
-}
-
-void AbstractChartModel::rewriteHistoryNeighbours()
-{
-    const auto commandAt = [this](int i) {
-        return dynamic_cast<ScaleCommand *>(const_cast<QUndoCommand *>(m_undoStack->command(i)));
-    };
-    const int index = m_undoStack->index();
-    if (index < 1) {
-        return; // The command at 0 keeps its old state: nothing undone leads back to it.
-    }
-    if (ScaleCommand *done = commandAt(index - 1)) {
-        done->setNewParams();
-    }
-    if (ScaleCommand *undone = commandAt(index)) {
-        undone->setOldParams();
-    }
 }
 
 void AbstractChartModel::slotRemoveSeries()

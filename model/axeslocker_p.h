@@ -3,8 +3,6 @@
 #include "model/abstractchartmodel.h"
 #include "series/lockorder_p.h"
 
-#include <QMutex>
-
 #include <atomic>
 #include <thread>
 
@@ -36,7 +34,7 @@ public:
     }
 
 private:
-    QMutex m_mutex;
+    InlineMutex m_mutex;
     std::atomic<std::thread::id> m_owner{std::thread::id()};
 };
 

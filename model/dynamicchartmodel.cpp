@@ -132,24 +132,27 @@ void DynamicChartModel::jump()
 
 DynamicChartModel::NewestStep DynamicChartModel::newestStep() const
 {
+    const double edge = m_axisX->m_max;
     NewestStep step;
     for (const AbstractChartSeries *series : m_series) {
         if (!series || series->m_values.size() < 2) {
             continue;
         }
         const ChartValue *newest = series->m_values.last();
+        const bool isBeyond = newest && newest->x > edge;
+        if (step.examined && !isBeyond) {
+            continue; // as after nearly each sample
+        }
         const ChartValue *before = *std::prev(series->m_values.cend(), 2);
         if (!newest || !before || series->m_values.first() == newest) {
             continue;
         }
         step.examined = true;
-        if (step.crossed || !series->isValid(newest)) {
-            continue;
-        }
         // A step that began beyond the edge has crossed it earlier, and does not call a window back
         // that the user has scrolled away.
-        if (m_axisX->m_max >= before->x) {
-            step.crossed = newest->x > m_axisX->m_max;
+        if (isBeyond && edge >= before->x && series->isValid(newest)) {
+            step.crossed = true;
+            return step;
         }
     }
     return step;

@@ -1,10 +1,13 @@
 #include "series/seriesregistry_p.h"
 
 #include "series/abstractchartseries.h"
+#include "series/lockorder_p.h"
 #include "series/pointthread.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace {
 
@@ -22,26 +25,26 @@ constexpr int RetiredLimit = 1000; // dead series, of less than a kilobyte each
 class SeriesRegistry::Thread
 {
 public:
-    static Thread &current()
-    {
-        thread_local Thread thread;
-        return thread;
-    }
+    static Thread &current();
 
-    bool finds(const AbstractChartSeries *series, const SeriesRegistry &registry)
+    /// Under m_mutex.
+    bool finds(const AbstractChartSeries *series, SeriesRegistry &registry)
     {
-        if (m_departures != registry.m_departures) {
-            m_departures = registry.m_departures;
+        // Under the mutex through which each leave() goes after it has counted itself.
+        const quint64 departures = registry.m_departures.load(std::memory_order_relaxed);
+        if (m_departures != departures) {
+            m_departures = departures;
             m_found.fill(nullptr);
         }
         const AbstractChartSeries *&found = m_found[placeOf(series)];
-        if (found != series && registry.m_series.contains(series)) {
+        if (found != series && registry.contains(series)) {
             found = series;
         }
         return series && found == series;
     }
 
-    int m_readers = 0;
+    InlineMutex m_mutex; ///< Held while the thread holds a Reader.
+    int m_readers = 0;   ///< Of this thread, which alone looks at it.
 
 private:
     static constexpr int PlaceBits = 5; // two or three times the series of a full model
@@ -58,6 +61,22 @@ private:
     std::array<const AbstractChartSeries *, 1 << PlaceBits> m_found{};
 };
 
+SeriesRegistry::Thread &SeriesRegistry::Thread::current()
+{
+    // A plain pointer, so that asking for it costs little, and so that it may still be asked for
+    // when the thread's other objects are destroyed: one of them may hand in its last samples.
+    thread_local Thread *known = nullptr;
+    struct End
+    {
+        ~End() { instance().dismiss(std::exchange(known, nullptr)); }
+    };
+    if (!known) {
+        thread_local const End end;
+        known = instance().admit();
+    }
+    return *known;
+}
+
 SeriesRegistry &SeriesRegistry::instance()
 {
     static SeriesRegistry registry;
@@ -71,22 +90,45 @@ SeriesRegistry::~SeriesRegistry()
     }
 }
 
+SeriesRegistry::Thread *SeriesRegistry::admit()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_threads.push_back(std::make_shared<Thread>());
+    return m_threads.back().get();
+}
+
+void SeriesRegistry::dismiss(const Thread *thread)
+{
+    const auto isIt = [thread](const auto &one) { return one.get() == thread; };
+    const QMutexLocker locker(&m_mutex);
+    m_threads.erase(std::remove_if(m_threads.begin(), m_threads.end(), isIt), m_threads.end());
+}
+
 void SeriesRegistry::enter(const AbstractChartSeries *series)
 {
-    const QWriteLocker locker(&m_lock);
+    const QMutexLocker locker(&m_mutex);
     m_series.insert(series);
 }
 
 void SeriesRegistry::leave(const AbstractChartSeries *series)
 {
-    const QWriteLocker locker(&m_lock);
-    m_series.remove(series);
-    ++m_departures;
+    std::vector<std::shared_ptr<Thread>> threads;
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_series.remove(series);
+        m_departures.fetch_add(1, std::memory_order_relaxed);
+        threads = m_threads;
+    }
+    // Whoever reads from now on finds the series gone; who has begun before is waited for.
+    for (const std::shared_ptr<Thread> &thread : threads) {
+        const QMutexLocker locker(&thread->m_mutex);
+    }
 }
 
 bool SeriesRegistry::contains(const AbstractChartSeries *series)
 {
-    return Reader().contains(series);
+    const QMutexLocker locker(&m_mutex);
+    return m_series.contains(series);
 }
 
 void SeriesRegistry::retire(void *memory)
@@ -94,7 +136,7 @@ void SeriesRegistry::retire(void *memory)
 #ifdef __SANITIZE_ADDRESS__
     ::operator delete(memory); // The sanitizer retires it, and tells of whoever touches it then.
 #else
-    const QWriteLocker locker(&m_lock);
+    const QMutexLocker locker(&m_mutex);
     m_retired.enqueue(memory);
     if (m_retired.size() > RetiredLimit) {
         ::operator delete(m_retired.dequeue());
@@ -102,24 +144,20 @@ void SeriesRegistry::retire(void *memory)
 #endif
 }
 
-SeriesRegistry::Reader::Reader()
+SeriesRegistry::Reader::Reader(const AbstractChartSeries *series)
     : m_thread(Thread::current())
 {
     if (m_thread.m_readers++ == 0) {
-        instance().m_lock.lockForRead();
+        m_thread.m_mutex.lock();
     }
+    m_lives = m_thread.finds(series, instance());
 }
 
 SeriesRegistry::Reader::~Reader()
 {
     if (--m_thread.m_readers == 0) {
-        instance().m_lock.unlock();
+        m_thread.m_mutex.unlock();
     }
-}
-
-bool SeriesRegistry::Reader::contains(const AbstractChartSeries *series) const
-{
-    return m_thread.finds(series, instance());
 }
 
 void deleteSeries(AbstractChartSeries *series)

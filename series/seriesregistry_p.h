@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QMutex>
 #include <QQueue>
-#include <QReadWriteLock>
 #include <QSet>
+
+#include <atomic>
+#include <memory>
+#include <vector>
 
 class AbstractChartSeries;
 
@@ -13,6 +17,9 @@ class AbstractChartSeries;
  * before it touches the series, and keeps the series alive for as long as it holds a Reader.
  * Invariant: a series is entered from its constructor until leave(), in its destructor at the
  * latest.
+ *
+ * Reading is for each sample and leaving is rare, so each thread reads under a mutex of its own,
+ * which it takes from no one, and leave() goes through those of all threads (a big-reader lock).
  */
 class SeriesRegistry
 {
@@ -22,8 +29,8 @@ public:
 
     void enter(const AbstractChartSeries *series);
 
-    /// Takes \p series out and returns when no Reader is held any more. A series that is out
-    /// already is no error.
+    /// Takes \p series out and returns when no Reader is held any more that has found it. A series
+    /// that is out already is no error. Not while the calling thread holds a Reader.
     void leave(const AbstractChartSeries *series);
 
     /// Whether \p series lives. The answer holds for as long as the caller holds a Reader; on the
@@ -38,26 +45,31 @@ public:
     class Thread;
 
     /// Keeps all series alive while it exists. One thread may hold several: only its first takes
-    /// the lock. (Qt's recursive mode would allocate for each sample.)
+    /// the lock.
     class Reader
     {
     public:
-        Reader();
+        explicit Reader(const AbstractChartSeries *series);
         ~Reader();
         Q_DISABLE_COPY_MOVE(Reader)
 
-        /// As the registry's, for as long as this exists.
-        bool contains(const AbstractChartSeries *series) const;
+        /// Whether the series lives, and stays alive for as long as this exists.
+        bool lives() const { return m_lives; }
 
     private:
         Thread &m_thread; ///< The one that made this, and that alone may use it.
+        bool m_lives;
     };
 
 private:
-    QReadWriteLock m_lock;
-    QSet<const AbstractChartSeries *> m_series; ///< Guarded by m_lock.
-    quint64 m_departures = 0;                   ///< Calls of leave() so far. Guarded by m_lock.
-    QQueue<void *> m_retired;                   ///< Oldest first. Guarded by m_lock.
+    Thread *admit();
+    void dismiss(const Thread *thread);
+
+    QMutex m_mutex; ///< Guards all of this; nobody takes another lock or waits under it.
+    QSet<const AbstractChartSeries *> m_series;
+    std::atomic<quint64> m_departures{0}; ///< Calls of leave() so far; changed under m_mutex.
+    QQueue<void *> m_retired;             ///< Oldest first.
+    std::vector<std::shared_ptr<Thread>> m_threads; ///< All that have read.
 };
 
 /**

@@ -18,6 +18,8 @@ using Feed = void (*)(AbstractChartModel &model, AbstractChartSeries *series);
 
 constexpr double LongAgo = 1.0; // a second into 1970
 
+constexpr int LongEnough = 30; // ms, for a death that does not wait for the feeder
+
 ChartValue *sampleAt(double x)
 {
     return new ChartValue{x, 50.0, 0, LongAgo};
@@ -272,6 +274,8 @@ private slots:
     void seriesDiesWhoseFeederWaitsForTheWorker_data();
     void seriesDiesWhoseFeederWaitsForTheWorker();
     void clearingGoesOnWhereSeriesHaveDied();
+    void feedersOfOtherSeriesNeedNotWaitForADeath();
+    void threadFeedsToItsVeryEnd();
     void passEndsThoughItsLastSeriesLeaves_data();
     void passEndsThoughItsLastSeriesLeaves();
     void updateOfAThreadDuringAPassLeadsToOneMore();
@@ -369,7 +373,6 @@ void TestFeeding::seriesLivesUntilItsFeederHasLeft_data()
 
 void TestFeeding::seriesLivesUntilItsFeederHasLeft()
 {
-    constexpr int LongEnough = 30; // ms, for a death that does not wait for the feeder
     QFETCH(const Death *, death);
     QFETCH(const NamedFeed *, feed);
     Station station;
@@ -468,6 +471,68 @@ void TestFeeding::clearingGoesOnWhereSeriesHaveDied()
 
     QCOMPARE(model.m_calls, 3);
     QCOMPARE(CountedSamples::alive(), m_aliveBefore);
+}
+
+void TestFeeding::feedersOfOtherSeriesNeedNotWaitForADeath()
+{
+    int deaths = 0;
+    Station station;
+    StationModel model(station);
+    OpenModel elsewhere;
+    auto *other = ::addSeries(elsewhere, "b");
+    auto *series = new PlainSeries("a"); // of no model: only its end waits for the feeder
+    series->m_deaths = &deaths;
+    std::thread feeder([&] {
+        station.enter();
+        model.addValue(series, sampleAt(10));
+    });
+    const bool isInside = station.waitForFeeder();
+
+    // When a new thread feeds what lives, while a death waits for its last feeder
+    std::thread opener([&] {
+        QSemaphore().tryAcquire(1, LongEnough);
+        elsewhere.addValue(other, sampleAt(20));
+        station.open();
+    });
+    delete series;
+    opener.join();
+    feeder.join();
+
+    QVERIFY(isInside);
+    QCOMPARE(deaths, 1);
+    QCOMPARE(other->m_values.size(), 1);
+}
+
+// What a thread keeps for itself may hand in what it has gathered when the thread ends, after all
+// that was made later, with the first sample, is gone.
+void TestFeeding::threadFeedsToItsVeryEnd()
+{
+    struct LastWords
+    {
+        ~LastWords()
+        {
+            if (model) {
+                model->addValue(series, sampleAt(20));
+                model->addValue(nullptr, nullptr);
+                model->addValue(series, sampleAt(30));
+            }
+        }
+        AbstractChartModel *model = nullptr;
+        AbstractChartSeries *series = nullptr;
+    };
+    OpenModel model;
+    AbstractChartSeries *series = ::addSeries(model, "a");
+
+    std::thread([&] {
+        thread_local LastWords words;
+        words.series = series;
+        words.model = &model;
+        model.addValue(series, sampleAt(10));
+    }).join();
+
+    QCOMPARE(series->m_values.size(), 3);
+    model.removeSeries(series); // waits for no one who has gone
+    QCOMPARE(model.m_series.size(), 0);
 }
 
 void TestFeeding::passEndsThoughItsLastSeriesLeaves_data()
