@@ -25,6 +25,7 @@ constexpr int CostOfBroadLine = 128;
 
 constexpr int RowsAtOnce = 16; // of the image: few enough to stay in the processor's cache
 constexpr int LinesAtOnce = 256;
+constexpr int CostOfRectangle = 200; // that Qt fills, beside its pixels, in pixels of an image
 
 // These say nothing on lines, nor on images that are not transformed.
 constexpr QPainter::RenderHints HarmlessHints(QPainter::TextAntialiasing |
@@ -160,7 +161,7 @@ private:
 };
 
 /**
- * Draws runs by images of a few rows each.
+ * Draws runs by images of a few rows each, and where many rows are equal, by rectangles.
  *
  * From one row to the next only those columns change in which a run begins or ends; all others are
  * copied. Where broad runs overlap, a pixel stays until the last one has ended.
@@ -185,22 +186,91 @@ public:
 
     void paint()
     {
-        const QImage image(reinterpret_cast<const uchar *>(m_pixels.data()), m_area.width(),
-                           RowsAtOnce, m_area.width() * int(sizeof(QRgb)),
-                           QImage::Format_ARGB32_Premultiplied);
-        const int end = m_area.y() + m_area.height();
-        for (int y = m_area.y(); y < end; y += RowsAtOnce) {
-            const int rows = std::min(RowsAtOnce, end - y);
-            auto pixels = m_pixels.begin();
-            for (int row = y; row < y + rows; ++row) {
-                turnTo(row);
-                pixels = std::copy(m_row.cbegin(), m_row.cend(), pixels);
+        for (int y = m_area.y(); y < areaEnd();) {
+            turnTo(y);
+            const int change = nextChange();
+            if (isFillable(change - y)) {
+                fillRows(y, change);
+                y = change;
+            } else {
+                y = drawRows(y);
             }
-            m_painter.drawImage(QPoint(m_area.x(), y), image, QRect(0, 0, m_area.width(), rows));
         }
     }
 
 private:
+    /// A part of a row whose pixels get the colour.
+    struct Span
+    {
+        int left;
+        int end;
+    };
+
+    int areaEnd() const { return m_area.y() + m_area.height(); }
+
+    /// The next row after the present one that differs from it, or the end of the area.
+    int nextChange() const
+    {
+        int next = areaEnd();
+        if (m_top != m_topEnd) {
+            next = std::min(next, m_nib.top(m_top->y));
+        }
+        if (m_bottom != m_bottomEnd) {
+            next = std::min(next, m_nib.top(m_bottom->y) + m_nib.width());
+        }
+        return next;
+    }
+
+    /// Whether \p rows rows like the present one are filled by rectangles sooner than drawn by
+    /// images. Finds the rectangles' sides.
+    bool isFillable(int rows)
+    {
+        if (rows < RowsAtOnce) {
+            return false;
+        }
+        const auto isFilled = [this](QRgb pixel) { return pixel == m_color; };
+        const auto begin = m_row.cbegin();
+        m_spans.clear();
+        for (auto end = begin; end != m_row.cend();) {
+            const auto left = std::find_if(end, m_row.cend(), isFilled);
+            end = std::find_if_not(left, m_row.cend(), isFilled);
+            if (left != end) {
+                m_spans.push_back({int(left - begin), int(end - begin)});
+            }
+        }
+        return qint64(m_spans.size()) * CostOfRectangle <= qint64(rows) * m_area.width();
+    }
+
+    void fillRows(int y, int end)
+    {
+        const QColor color = QColor::fromRgb(m_color);
+        for (const Span &span : m_spans) {
+            m_painter.fillRect(m_area.x() + span.left, y, span.end - span.left, end - y, color);
+        }
+    }
+
+    /// Draws the present row and the next ones, as many as an image holds or until rows begin that
+    /// are better filled. Returns the row that follows.
+    int drawRows(int y)
+    {
+        const QImage image(reinterpret_cast<const uchar *>(m_pixels.data()), m_area.width(),
+                           RowsAtOnce, m_area.width() * int(sizeof(QRgb)),
+                           QImage::Format_ARGB32_Premultiplied);
+        const int end = std::min(y + RowsAtOnce, areaEnd());
+        auto pixels = std::copy(m_row.cbegin(), m_row.cend(), m_pixels.begin());
+        int row = y + 1;
+        for (; row < end; ++row) {
+            const bool isEqual = nextChange() > row;
+            turnTo(row);
+            if (!isEqual && isFillable(nextChange() - row)) {
+                break;
+            }
+            pixels = std::copy(m_row.cbegin(), m_row.cend(), pixels);
+        }
+        m_painter.drawImage(QPoint(m_area.x(), y), image, QRect(0, 0, m_area.width(), row - y));
+        return row;
+    }
+
     void turnTo(int y)
     {
         for (; m_top != m_topEnd && m_nib.top(m_top->y) <= y; ++m_top) {
@@ -233,6 +303,7 @@ private:
     std::vector<QRgb> m_row;    ///< The present row.
     std::vector<int> m_depth;   ///< How many runs lie on each of its pixels.
     std::vector<QRgb> m_pixels; ///< The last rows, RowsAtOnce of them.
+    std::vector<Span> m_spans;  ///< Those of the row that fillsFew() has looked at.
 };
 
 void CurveStrokes::clear()

@@ -78,8 +78,8 @@ bool hasPlainAxes(const ChartWidget &chart)
 
 } // namespace
 
-/// Paints as paint() does, with the inside from the picture; false if it cannot and has painted
-/// nothing.
+/// Paints as paint() does, with the inside from the picture where that pays; false if it cannot and
+/// has painted nothing.
 bool ChartWidget::paintKept(QPainter &painter, const QPalette &palette, const QRegion &exposed)
 {
     const QRectF full = fullChartRect(QRectF());
@@ -97,16 +97,26 @@ bool ChartWidget::paintKept(QPainter &painter, const QPalette &palette, const QR
         m_picture->setMargins(std::nullopt);
         return false;
     }
-    if (!m_picture->shows(*look)) {
+    const bool isPicture = m_picture->isWorthwhile(*look);
+    if (isPicture && !m_picture->shows(*look)) {
         paintInside(palette, *look, *selected);
     }
     painter.save();
     clipToDevice(painter);
-    paintMargins(painter, palette, full, exposed, *selected);
-    m_picture->draw(painter, *look);
+    if (!isPicture) {
+        painter.fillRect(full, look->background);
+    }
+    if (!isPicture || !columnOf(look->frame).contains(exposed.boundingRect())) {
+        paintMargins(painter, palette, full, exposed, *selected);
+    }
+    if (isPicture) {
+        m_picture->draw(painter, *look);
+    }
     painter.setClipRect(frameClip(full), Qt::ReplaceClip);
     const QLineF line = cursorLine(chart);
-    QList<CursorValue> values = readOuts(chart, line, *selected);
+    QList<CursorValue> values =
+        isPicture ? readOuts(chart, line, *selected)
+                  : paintSeries(painter, chart, QTransform(), line, selected);
     paintCursor(painter, palette, full, line, values, *selected);
     painter.restore();
     if (m_cursor->m_timeRect.width() > full.width() && exposed != rect()) {
@@ -115,13 +125,10 @@ bool ChartWidget::paintKept(QPainter &painter, const QPalette &palette, const QR
     return true;
 }
 
-/// Paints the labels and titles if they are exposed; the grid comes with them.
+/// Paints the labels and titles; the grid comes with them.
 void ChartWidget::paintMargins(QPainter &painter, const QPalette &palette, const QRectF &full,
                                const QRegion &exposed, AbstractChartSeries &selected)
 {
-    if (columnOf(full.toRect()).contains(exposed.boundingRect())) {
-        return;
-    }
     const AxesLocker locker(m_model); // over both, so that the look is that of what was painted
     paintAxes(painter, palette, full, QTransform(), selected, true);
     if (!isOnScreen(painter, *this)) {

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -33,6 +34,17 @@ bool operator==(const MarginLook &a, const MarginLook &b)
 bool PanePicture::hasMargins(const std::optional<MarginLook> &look) const
 {
     return look && m_margins && *m_margins == *look;
+}
+
+bool PanePicture::isWorthwhile(const PaneLook &look)
+{
+    if (m_wanted && *m_wanted == look) {
+        m_isWantedAgain = true;
+    } else {
+        m_wanted = look;
+        m_wasWantedAgain = std::exchange(m_isWantedAgain, false);
+    }
+    return m_isWantedAgain || m_wasWantedAgain;
 }
 
 bool PanePicture::shows(const PaneLook &look) const

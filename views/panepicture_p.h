@@ -72,6 +72,11 @@ bool operator==(const MarginLook &a, const MarginLook &b);
 class PanePicture
 {
 public:
+    /// Takes note that \p look is wanted on the screen. Returns whether to keep a picture of it: if
+    /// it, or the look before, has been wanted more than once. One that is wanted once only, as
+    /// when new samples come all the time and no cursor moves, is sooner painted where it belongs.
+    bool isWorthwhile(const PaneLook &look);
+
     /// Whether the picture that is kept shows \p look.
     bool shows(const PaneLook &look) const;
 
@@ -95,6 +100,9 @@ public:
 
 private:
     QImage m_canvas;
-    std::optional<PaneLook> m_look;
+    std::optional<PaneLook> m_look;   ///< Of the canvas.
+    std::optional<PaneLook> m_wanted; ///< The last one.
+    bool m_isWantedAgain = false;     ///< m_wanted, after the first time.
+    bool m_wasWantedAgain = false;    ///< The one before.
     std::optional<MarginLook> m_margins;
 };

@@ -426,6 +426,8 @@ private slots:
     void joinsExposedParts();
     void keepsCurvesWhileTheCursorMoves();
     void keepsCurvesThroughExposes();
+    void keepsNoCurvesThatAreShownOnce();
+    void keepsCurvesAtOnceWhileTheCursorMoves();
     void keepsNothingOfAnotherLook_data();
     void keepsNothingOfAnotherLook();
     void keepsNothingWhileHidden();
@@ -547,6 +549,37 @@ void TestPanePicture::keepsCurvesThroughExposes()
     QCOMPARE(difference(shownPicture(stage.pane()), before), QString());
 }
 
+// New samples that come all the time make a picture of each moment a waste.
+void TestPanePicture::keepsNoCurvesThatAreShownOnce()
+{
+    Stage stage;
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(stage.pass());
+    }
+    const QImage before = shownPicture(stage.pane());
+    recolorSecretly(stage.series());
+
+    stage.pane().repaint();
+
+    QVERIFY(shownPicture(stage.pane()) != before);
+    QCOMPARE(difference(shownPicture(stage.pane()), stage.plainPicture()), QString());
+}
+
+void TestPanePicture::keepsCurvesAtOnceWhileTheCursorMoves()
+{
+    Stage stage;
+    QVERIFY(stage.pass());
+    stage.pane().changeCursorState(150.0, true);
+    QCoreApplication::processEvents();
+    QVERIFY(stage.pass());
+    const QImage before = shownPicture(stage.pane());
+    recolorSecretly(stage.series());
+
+    stage.pane().repaint();
+
+    QCOMPARE(difference(shownPicture(stage.pane()), before), QString());
+}
+
 void TestPanePicture::keepsNothingOfAnotherLook_data()
 {
     QTest::addColumn<Step>("step");
@@ -573,12 +606,15 @@ void TestPanePicture::keepsNothingOfAnotherLook()
 {
     QFETCH(Step, step);
     Stage stage(4);
+    stage.pane().repaint();
+    stage.pane().repaint(); // seen twice, and kept
     recolorSecretly(stage.series());
 
     step(stage);
-    stage.pane().repaint();
-
-    QCOMPARE(difference(shownPicture(stage.pane()), stage.plainPicture()), QString());
+    for (int i = 0; i < 3; ++i) {
+        stage.pane().repaint();
+        QCOMPARE(difference(shownPicture(stage.pane()), stage.plainPicture()), QString());
+    }
 }
 
 void TestPanePicture::keepsNothingWhileHidden()
