@@ -234,7 +234,9 @@ void AbstractChartModel::setUseDateTimeScaleX(bool on)
 QList<AbstractChartSeries *> AbstractChartModel::seriesSnapshot() const
 {
     const AxesLocker locker(this);
-    return m_series;
+    QList<AbstractChartSeries *> copy = m_series;
+    copy.detach(); // The GUI thread changes m_series in place, while the caller reads.
+    return copy;
 }
 
 void AbstractChartModel::update()

@@ -67,6 +67,12 @@ QRect columnOf(const QRect &frame)
     return frame.adjusted(0, -frame.y(), 1, 1);
 }
 
+/// With the lock on the axes held.
+std::vector<double> gridOf(const ChartAxis &axis)
+{
+    return {axis.m_gridValues.cbegin(), axis.m_gridValues.cend()};
+}
+
 /// Whether the pane has both axes, and they draw what the axes of this library draw.
 bool hasPlainAxes(const ChartWidget &chart)
 {
@@ -114,9 +120,9 @@ bool ChartWidget::paintKept(QPainter &painter, const QPalette &palette, const QR
     }
     painter.setClipRect(frameClip(full), Qt::ReplaceClip);
     const QLineF line = cursorLine(chart);
-    QList<CursorValue> values =
-        isPicture ? readOuts(chart, line, *selected)
-                  : paintSeries(painter, chart, QTransform(), line, selected);
+    QList<CursorValue> values = isPicture
+                                    ? readOuts(chart, line, *selected)
+                                    : paintSeries(painter, chart, QTransform(), line, selected);
     paintCursor(painter, palette, full, line, values, *selected);
     painter.restore();
     if (m_cursor->m_timeRect.width() > full.width() && exposed != rect()) {
@@ -166,16 +172,16 @@ std::optional<MarginLook> ChartWidget::marginLook(const QRectF &full) const
     look.frame = full.toRect();
     look.grid = m_model->m_settings.gridColor;
     look.matrix = selected->m_matrix;
-    look.gridX = axisX()->m_gridValues;
+    look.gridX = gridOf(*axisX());
     look.stepX = axisX()->m_step;
     look.isDateTime = axisX()->m_dateTime;
     look.showsLabelsX = isLower();
     look.texts.append(selected->labelX());
     if (selected->m_visible) {
         look.colorY = selected->m_color;
-        look.gridY = selected->m_axisY->m_gridValues;
+        look.gridY = gridOf(*selected->m_axisY);
         look.texts.append(selected->labelY());
-        for (const double value : qAsConst(look.gridY)) {
+        for (const double value : look.gridY) {
             look.texts.append(selected->scaleString(value));
         }
     }
@@ -217,8 +223,8 @@ std::optional<PaneLook> ChartWidget::insideLook(const QPainter &painter, const Q
 void ChartWidget::readGrid(PaneLook &look, const AbstractChartSeries &selected) const
 {
     const AxesLocker locker(m_model);
-    look.gridX = axisX()->m_gridValues;
-    look.gridY = selected.m_visible ? selected.m_axisY->m_gridValues : QVector<double>();
+    look.gridX = gridOf(*axisX());
+    look.gridY = selected.m_visible ? gridOf(*selected.m_axisY) : std::vector<double>();
 }
 
 /// Paints the picture anew, with the same calls as paint(). A calculation or a feeder that has come

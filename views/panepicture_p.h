@@ -10,6 +10,7 @@
 #include <QVector>
 
 #include <optional>
+#include <vector>
 
 class QPainter;
 
@@ -24,6 +25,9 @@ struct CurveLook
 };
 
 /// All that the inside of a frame shows: background, grid and curves.
+///
+/// The values of the grid are copies, here and below: a QVector would share its memory with that of
+/// the axis, to which a feeder writes as soon as the lock is free.
 struct PaneLook
 {
     QSize device;  ///< Size of what is painted to.
@@ -32,8 +36,8 @@ struct PaneLook
     QColor background;
     QColor grid;
     QTransform matrix; ///< Carries the grid values to the pane.
-    QVector<double> gridX;
-    QVector<double> gridY;
+    std::vector<double> gridX;
+    std::vector<double> gridY;
     QVector<CurveLook> curves; ///< From the lowest to the topmost.
 };
 
@@ -44,8 +48,8 @@ struct MarginLook
     QRect frame;
     QColor grid; ///< Lines that belong to another size may stand beside the frame.
     QTransform matrix;
-    QVector<double> gridX;
-    QVector<double> gridY;
+    std::vector<double> gridX;
+    std::vector<double> gridY;
     double stepX = 0.0;
     bool isDateTime = false;
     bool showsLabelsX = false;

@@ -17,8 +17,10 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -435,6 +437,7 @@ private slots:
     void repaintsOnlyTheFrameForTheCursor();
     void repaintsTheMarginsThatAreNoLongerRight();
     void isNotMisledByACopy();
+    void readsNoAxisThatAFeederMoves();
 
 private:
     void compare(Stage &stage, const Change &change, int step);
@@ -676,6 +679,29 @@ void TestPanePicture::isNotMisledByACopy()
 
     stage.pane().changeCursorState(151.0, true);
     QCoreApplication::processEvents();
+
+    QCOMPARE(difference(shownPicture(stage.pane()), stage.plainPicture()), QString());
+}
+
+// For the thread sanitizer: what is compared with the present axes was once theirs.
+void TestPanePicture::readsNoAxisThatAFeederMoves()
+{
+    constexpr int Samples = 3000;
+    Stage stage;
+    std::atomic<bool> isFed{false};
+    std::thread feeder([&] {
+        for (int i = 0; i < Samples; ++i) {
+            stage.m_model.addValue(&stage.series(), new ChartValue{100.0 + i, double(i)});
+        }
+        isFed = true;
+    });
+    for (int x = 100; !isFed; x = 100 + (x + 1) % 100) {
+        stage.pane().changeCursorState(x, true);
+        QCoreApplication::processEvents();
+    }
+    feeder.join();
+    stage.pane().changeCursorState(0.0, false);
+    QVERIFY(stage.pass());
 
     QCOMPARE(difference(shownPicture(stage.pane()), stage.plainPicture()), QString());
 }
