@@ -9,6 +9,8 @@
 
 #include <cmath>
 #include <limits>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -266,6 +268,31 @@ void addValueOneByOne(benchmark::State &state)
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(addValueOneByOne)->Arg(1)->Arg(10);
+
+/// Feeders of models of their own, one thread each: what they share is the library's.
+void addValueByFeeders(benchmark::State &state)
+{
+    static std::vector<std::unique_ptr<BenchModel>> s_models;
+    if (state.thread_index() == 0) { // the GUI thread; the others wait for it
+        for (int i = 0; i < state.threads(); ++i) {
+            s_models.push_back(std::make_unique<BenchModel>());
+            filledSeries(*s_models.back(), 1);
+            s_models.back()->m_axisX->assignRange(0.0, WideWindow);
+            s_models.back()->m_axisX->m_zoomed = true;
+        }
+    }
+    double x = 0.0;
+    for (auto _ : state) {
+        BenchModel &model = *s_models[std::size_t(state.thread_index())];
+        model.addValue(model.m_series.last(), newSample(x));
+        x += 1.0;
+    }
+    state.SetItemsProcessed(state.iterations());
+    if (state.thread_index() == 0) {
+        s_models.clear();
+    }
+}
+BENCHMARK(addValueByFeeders)->ThreadRange(1, 2)->UseRealTime()->Iterations(1000000);
 
 /// A feeder that gathers samples and hands them in by the thousand.
 void addValuesInBlocks(benchmark::State &state)
