@@ -303,7 +303,7 @@ private:
     std::vector<QRgb> m_row;    ///< The present row.
     std::vector<int> m_depth;   ///< How many runs lie on each of its pixels.
     std::vector<QRgb> m_pixels; ///< The last rows, RowsAtOnce of them.
-    std::vector<Span> m_spans;  ///< Those of the row that fillsFew() has looked at.
+    std::vector<Span> m_spans;  ///< Those of the row that isFillable() has looked at.
 };
 
 void CurveStrokes::clear()
