@@ -79,15 +79,10 @@ SeriesRegistry::Thread &SeriesRegistry::Thread::current()
 
 SeriesRegistry &SeriesRegistry::instance()
 {
-    static SeriesRegistry registry;
+    // Never destroyed: a QThread that has been waited for may still be at its very end, where it
+    // takes its leave here, when the program's statics go.
+    static SeriesRegistry &registry = *new SeriesRegistry;
     return registry;
-}
-
-SeriesRegistry::~SeriesRegistry()
-{
-    for (void *memory : qAsConst(m_retired)) {
-        ::operator delete(memory);
-    }
 }
 
 SeriesRegistry::Thread *SeriesRegistry::admit()

@@ -25,7 +25,6 @@ class SeriesRegistry
 {
 public:
     static SeriesRegistry &instance();
-    ~SeriesRegistry();
 
     void enter(const AbstractChartSeries *series);
 
